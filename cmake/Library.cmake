@@ -1,0 +1,44 @@
+# The library. Its sources are compiled once, into halyard_objects: the shared library that hosts link is made of
+# them, and so is what tests, benchmarks and fuzz targets link, because these also reach what is not exported.
+file(GLOB_RECURSE HALYARD_SOURCES CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/src/*.cpp")
+if(WIN32)
+    list(FILTER HALYARD_SOURCES EXCLUDE REGEX "/src/platform/posix/")
+else()
+    list(FILTER HALYARD_SOURCES EXCLUDE REGEX "/src/platform/win32/")
+endif()
+if(NOT HALYARD_SOURCES)
+    message(FATAL_ERROR "src/ holds no sources")
+endif()
+
+add_library(halyard_objects OBJECT ${HALYARD_SOURCES})
+set_target_properties(halyard_objects PROPERTIES POSITION_INDEPENDENT_CODE ON)
+target_include_directories(halyard_objects PUBLIC "${PROJECT_SOURCE_DIR}/src")
+target_compile_definitions(halyard_objects
+    PRIVATE HALYARD_BUILD
+    PUBLIC HALYARD_VERSION="${HALYARD_VERSION}" HALYARD_VERSION_NUMBER=${HALYARD_VERSION_NUMBER})
+target_link_libraries(halyard_objects PUBLIC halyard_dependencies PRIVATE halyard_warnings)
+
+add_library(halyard SHARED)
+add_library(halyard::halyard ALIAS halyard)
+# CMake wants a source of the target's own to know its language; the objects bring the rest.
+set_target_properties(halyard PROPERTIES
+    LINKER_LANGUAGE CXX
+    VERSION ${HALYARD_VERSION}
+    SOVERSION ${PROJECT_VERSION_MAJOR}
+    EXPORT_NAME halyard)
+target_compile_features(halyard PUBLIC cxx_std_20)
+target_compile_definitions(halyard
+    PUBLIC $<BUILD_INTERFACE:HALYARD_VERSION="${HALYARD_VERSION}">
+           $<BUILD_INTERFACE:HALYARD_VERSION_NUMBER=${HALYARD_VERSION_NUMBER}>)
+target_include_directories(halyard PUBLIC
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/src>
+    $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
+    $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/halyard>)
+target_link_libraries(halyard PRIVATE $<BUILD_INTERFACE:halyard_objects>)
+if(NOT WIN32)
+    target_link_options(halyard PRIVATE $<$<NOT:$<BOOL:${HALYARD_SANITIZED}>>:LINKER:--no-undefined>)
+endif()
+
+# For targets of this repository that reach what the library does not export.
+add_library(halyard_inside INTERFACE)
+target_link_libraries(halyard_inside INTERFACE halyard_objects $<TARGET_OBJECTS:halyard_objects>)

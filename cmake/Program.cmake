@@ -1,0 +1,13 @@
+# The program: tools/*.cpp over the shared library, found beside it in the build tree and after installation alike.
+file(GLOB HALYARD_PROGRAM_SOURCES CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/tools/*.cpp")
+if(HALYARD_PROGRAM_SOURCES)
+    find_package(CLI11 REQUIRED)
+    find_package(nlohmann_json 3.11 REQUIRED)
+    add_executable(halyard_program ${HALYARD_PROGRAM_SOURCES})
+    set_target_properties(halyard_program PROPERTIES
+        OUTPUT_NAME halyard
+        BUILD_RPATH "$ORIGIN/../lib"
+        BUILD_RPATH_USE_ORIGIN ON
+        INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+    target_link_libraries(halyard_program PRIVATE halyard::halyard CLI11::CLI11 nlohmann_json::nlohmann_json halyard_warnings)
+endif()
