@@ -1,0 +1,14 @@
+#pragma once
+
+/// HALYARD_API marks what the library exports.
+/// HALYARD_BUILD is defined while the library itself is compiled, HALYARD_STATIC by those who build or use it as a
+/// static library.
+#if defined(HALYARD_STATIC)
+#define HALYARD_API
+#elif defined(_WIN32) && defined(HALYARD_BUILD)
+#define HALYARD_API __declspec(dllexport)
+#elif defined(_WIN32)
+#define HALYARD_API __declspec(dllimport)
+#else
+#define HALYARD_API __attribute__((visibility("default")))
+#endif
