@@ -1,11 +1,12 @@
 # A short front to the CMake presets. `make` leaves the program at build/bin/halyard and the library at build/lib/.
 T ?= 60
 PREFIX ?= /usr/local
-export CMAKE_BUILD_PARALLEL_LEVEL ?= $(shell nproc)
+JOBS ?= $(shell nproc)
+export CMAKE_BUILD_PARALLEL_LEVEL = $(JOBS)
 
 .PHONY: all demo test asan bench fuzz format docs install clean
 all:
-	scripts/setup build test
+	scripts/setup build
 	scripts/build release
 
 demo: all
@@ -14,14 +15,16 @@ demo: all
 test:
 	scripts/setup build test
 	scripts/build test
-	ctest --preset test -j$(CMAKE_BUILD_PARALLEL_LEVEL)
+	ctest --preset test -j$(JOBS)
 
 asan:
 	scripts/setup build test
 	scripts/build asan
-	ctest --preset asan -j$(CMAKE_BUILD_PARALLEL_LEVEL)
+	ctest --preset asan -j$(JOBS)
 
-bench: all
+bench:
+	scripts/setup build test
+	scripts/build release -DHALYARD_BENCH=ON
 	build/bin/halyard_bench
 
 fuzz:
@@ -37,8 +40,9 @@ docs:
 	scripts/setup docs
 	scripts/docs build/docs
 
-install: all
-	cmake --install build/release --prefix $(PREFIX)
+# The library and the program are built before, so that installing as root builds nothing.
+install:
+	cmake --install build/release --prefix "$(PREFIX)"
 
 clean:
 	rm -rf build
