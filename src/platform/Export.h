@@ -1,8 +1,8 @@
 #pragma once
 
 /// HALYARD_API marks what the library exports.
-/// HALYARD_BUILD is defined while the library itself is compiled, HALYARD_STATIC by those who build or use it as a
-/// static library.
+/// HALYARD_BUILD is defined while the library itself is compiled, HALYARD_STATIC by those who build or use it
+/// as a static library.
 #if defined(HALYARD_STATIC)
 #define HALYARD_API
 #elif defined(_WIN32) && defined(HALYARD_BUILD)

@@ -10,7 +10,8 @@
 class HALYARD_API FilePath
 {
 public:
-    /// The last component: what follows the last separator; "c:a.bmp" gives "a.bmp". Empty after a closing separator.
+    /// The last component: what follows the last separator; "c:a.bmp" gives "a.bmp". Empty after a closing
+    /// separator.
     [[nodiscard]] static std::wstring FileName(std::wstring_view path);
 
     /// All before the last component, without its closing separator unless that is a root ("/", "c:\", "c:").
@@ -20,8 +21,8 @@ public:
     /// What follows the last "." of the last component, as stored; empty when there is none.
     [[nodiscard]] static std::wstring Extension(std::wstring_view path);
 
-    /// `name` in `folder`: one separator between them ("/"; "\" when the folder uses only that). An empty folder
-    /// gives the name; an absolute name is returned as it is.
+    /// `name` in `folder`: one separator between them ("/"; "\" when the folder uses only that). An empty
+    /// folder gives the name; an absolute name is returned as it is.
     [[nodiscard]] static std::wstring Join(std::wstring_view folder, std::wstring_view name);
 
     /// "/..." or "\..." (UNC names "\\server\share" included) or a drive letter with a colon ("c:...").

@@ -25,16 +25,17 @@ public:
     /// True when both names lead to the same existing file or folder (links, "..", other spellings).
     [[nodiscard]] static bool SameFile(const std::wstring& a, const std::wstring& b);
 
-    /// Renames `from` to `to`, taking the place of a file of that name in one step: at any moment `to` is the old
-    /// or the new file, whole. Both must lie on one volume. On failure both are as before and `reason`, if given,
-    /// says why.
+    /// Renames `from` to `to`, taking the place of a file of that name in one step: at any moment `to` is the
+    /// old or the new file, whole. Both must lie on one volume. On failure both are as before and `reason`,
+    /// if given, says why.
     [[nodiscard]] static bool Replace(const std::wstring& from, const std::wstring& to,
                                       std::wstring* reason = nullptr);
 
     /// Removes a file (not a folder). True when it is gone.
     static bool Remove(const std::wstring& name, std::wstring* reason = nullptr);
 
-    /// A system error code (errno, or the Windows error code) as one short clause in lower case without a full
-    /// stop, the same on every system for the usual ones: "no such file", "permission denied", "is a folder".
+    /// A system error code (errno, or the Windows error code) as one short clause in lower case without a
+    /// full stop, the same on every system for the usual ones: "no such file", "permission denied", "is a
+    /// folder".
     [[nodiscard]] static std::wstring SystemErrorText(int code);
 };

@@ -8,8 +8,8 @@
 
 /// Block input from a regular file.
 ///
-/// The file may be changed by others meanwhile: one that shrinks simply ends earlier, one that grows is read to
-/// its new end. It is never mapped into memory.
+/// The file may be changed by others meanwhile: one that shrinks simply ends earlier, one that grows is read
+/// to its new end. It is never mapped into memory.
 class HALYARD_API InputFile
 {
 public:
@@ -20,7 +20,8 @@ public:
     InputFile(const InputFile&) = delete;
     InputFile& operator=(const InputFile&) = delete;
 
-    /// Opens a regular file, closing the one that was open. Folders, pipes and devices are refused without waiting.
+    /// Opens a regular file, closing the one that was open. Folders, pipes and devices are refused without
+    /// waiting.
     [[nodiscard]] bool Open(const std::wstring& name);
 
     [[nodiscard]] bool IsOpen() const { return m_Handle != NO_HANDLE; }
@@ -28,8 +29,9 @@ public:
     /// Reads `count` bytes at the position and moves it. Fewer only at the end of the file or on failure.
     [[nodiscard]] std::size_t Read(void* bytes, std::size_t count);
 
-    /// Sets the position for the next Read, in bytes from the start. A position past the end is allowed: reading
-    /// there gives nothing. False when no file is open or the position does not fit the system's (63 bits).
+    /// Sets the position for the next Read, in bytes from the start. A position past the end is allowed:
+    /// reading there gives nothing. False when no file is open or the position does not fit the system's (63
+    /// bits).
     bool Seek(std::uint64_t position);
 
     /// Position of the next Read, in bytes from the start.

@@ -10,8 +10,8 @@
 
 /// Output to a file through one large buffer.
 ///
-/// The first failure (opening, a full disk) sticks: what is written later is dropped, Failed() stays true until the
-/// next Open, and Close() returns false. So a writer may write to the end and ask once.
+/// The first failure (opening, a full disk) sticks: what is written later is dropped, Failed() stays true
+/// until the next Open, and Close() returns false. So a writer may write to the end and ask once.
 class HALYARD_API OutputFile
 {
 public:
@@ -24,8 +24,8 @@ public:
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
 
-    /// Creates the file or empties the one of that name, closing the one that was open. Never waits for a pipe's
-    /// reader: a pipe without one is refused.
+    /// Creates the file or empties the one of that name, closing the one that was open. Never waits for a
+    /// pipe's reader: a pipe without one is refused.
     [[nodiscard]] bool Open(const std::wstring& name);
 
     [[nodiscard]] bool IsOpen() const { return m_Handle != NO_HANDLE; }
@@ -42,7 +42,8 @@ public:
     }
 
     /// Room for at least `count` bytes inside the buffer, to be formatted into and then taken over by Commit.
-    /// Valid until the next call of any other member. Never null, also after a failure and when no file is open.
+    /// Valid until the next call of any other member. Never null, also after a failure and when no file is
+    /// open.
     [[nodiscard]] char* Reserve(std::size_t count)
     {
         if (count > Room())
@@ -59,8 +60,8 @@ public:
         return m_Flushed + static_cast<std::uint64_t>(m_Next - m_Buffer.get());
     }
 
-    /// Overwrites `count` bytes that were written before, `offset` bytes from the start; the end stays where it is.
-    /// False when the range was not yet written, or on failure (a pipe cannot go back).
+    /// Overwrites `count` bytes that were written before, `offset` bytes from the start; the end stays where
+    /// it is. False when the range was not yet written, or on failure (a pipe cannot go back).
     [[nodiscard]] bool PatchAt(std::uint64_t offset, const void* bytes, std::size_t count);
 
     /// Hands the buffer to the system. False after a failure.
@@ -69,7 +70,8 @@ public:
     /// Flushes and waits until the bytes are on the device, so that they survive a loss of power.
     [[nodiscard]] bool Sync();
 
-    /// Flushes and closes. True when every byte since the opening was written. Closing again repeats the answer.
+    /// Flushes and closes. True when every byte since the opening was written. Closing again repeats the
+    /// answer.
     bool Close();
 
     [[nodiscard]] bool Failed() const { return m_Failed; }

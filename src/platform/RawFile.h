@@ -25,8 +25,8 @@ public:
     RawFile& operator=(const RawFile&) = delete;
 
     /// Opens with a mode of the C library: "rb" (read), "rb+" (read and write), "wb" and "wb+" (made new or
-    /// emptied; "+" reads too), "ab", "ab+" (append). Closes the file that was open. False for any other mode and
-    /// for what is no regular file when it is to be read; never waits for a pipe.
+    /// emptied; "+" reads too), "ab", "ab+" (append). Closes the file that was open. False for any other mode
+    /// and for what is no regular file when it is to be read; never waits for a pipe.
     [[nodiscard]] bool Open(const std::wstring& name, const char* mode);
 
     [[nodiscard]] bool IsOpen() const { return m_File != nullptr; }
@@ -34,7 +34,8 @@ public:
     /// Bytes read; fewer than `count` at the end or on failure.
     [[nodiscard]] std::size_t Read(void* bytes, std::size_t count);
 
-    /// Bytes written; fewer than `count` on failure. Between reading and writing stands a Seek, as in the C library.
+    /// Bytes written; fewer than `count` on failure. Between reading and writing stands a Seek, as in the C
+    /// library.
     [[nodiscard]] std::size_t Write(const void* bytes, std::size_t count);
 
     [[nodiscard]] bool Seek(std::int64_t offset, ORIGIN origin);

@@ -15,8 +15,8 @@ public:
     SharedLibrary(const SharedLibrary&) = delete;
     SharedLibrary& operator=(const SharedLibrary&) = delete;
 
-    /// Loads a library by file name, closing the one that was open. A name without a folder is looked for where the
-    /// system looks for libraries.
+    /// Loads a library by file name, closing the one that was open. A name without a folder is looked for
+    /// where the system looks for libraries.
     [[nodiscard]] bool Open(const std::wstring& name);
 
     [[nodiscard]] bool IsOpen() const { return m_Handle != nullptr; }

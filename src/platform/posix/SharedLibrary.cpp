@@ -1,0 +1,59 @@
+#include "platform/SharedLibrary.h"
+
+#include <utility>
+
+#include <dlfcn.h>
+
+#include "platform/posix/NativeName.h"
+
+SharedLibrary::~SharedLibrary()
+{
+    Close();
+}
+
+SharedLibrary::SharedLibrary(SharedLibrary&& other) noexcept
+    : m_Handle(std::exchange(other.m_Handle, nullptr)), m_Reason(std::exchange(other.m_Reason, {}))
+{
+}
+
+SharedLibrary& SharedLibrary::operator=(SharedLibrary&& other) noexcept
+{
+    if (this == &other)
+        return *this;
+    Close();
+    m_Handle = std::exchange(other.m_Handle, nullptr);
+    m_Reason = std::exchange(other.m_Reason, {});
+    return *this;
+}
+
+bool SharedLibrary::Open(const std::wstring& name)
+{
+    Close();
+    m_Reason.clear();
+    const std::string native = NativeName(name);
+    // The system takes the empty name for the program itself.
+    if (native.empty())
+    {
+        m_Reason = L"no such file";
+        return false;
+    }
+    m_Handle = ::dlopen(native.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (!m_Handle)
+    {
+        const char* reason = ::dlerror();
+        m_Reason = FromUtf8(reason ? reason : "cannot be loaded");
+    }
+    return IsOpen();
+}
+
+void* SharedLibrary::Find(const char* symbol) const
+{
+    return m_Handle ? ::dlsym(m_Handle, symbol) : nullptr;
+}
+
+void SharedLibrary::Close()
+{
+    if (m_Handle)
+        ::dlclose(m_Handle);
+    m_Handle = nullptr;
+}
