@@ -10,5 +10,5 @@
 #elif defined(_WIN32)
 #define HALYARD_API __declspec(dllimport)
 #else
-#define HALYARD_API __attribute__((visibility("default")))
+#define HALYARD_API [[gnu::visibility("default")]]
 #endif
