@@ -7,8 +7,8 @@
 - Headers form no cycle and start with #pragma once.
 - The operating system and the libraries that stand in for it are seen under src/platform/ only.
 - A source of more than MAX_LINES lines is two sources.
-- Comments and documents state facts themselves: they cite no numbered document or ticket, which rots, and name
-  no folder of somebody's machine.
+- Comments and documents state facts themselves: they cite no numbered document or ticket, which rots, and
+  name no folder of somebody's machine.
 """
 import pathlib
 import re
@@ -36,11 +36,11 @@ CONDITION = re.compile(r"^\s*#\s*(?:if|ifdef|ifndef|elif|elifdef|elifndef)\b(.*)
 SYSTEM_MACRO = re.compile(
     r"\b(_WIN32|_WIN64|WIN32|__MINGW\w*|_MSC_VER|__CYGWIN__|__unix__|__linux__|__APPLE__|_POSIX\w*)\b")
 SYSTEM_HEADER = re.compile(
-    r"^(windows|windowsx|wingdi|winbase|winuser|objbase|io|direct|process|unistd|fcntl|dlfcn|pthread|poll|termios"
-    r"|dirent|glob|pwd|spawn|strings|alloca|syscall)\.h$|^(sys|linux|asm|arpa|net|netinet)/", re.IGNORECASE)
+    r"^(windows|windowsx|wingdi|winbase|winuser|objbase|io|direct|process|unistd|fcntl|dlfcn|pthread|poll"
+    r"|termios|dirent|glob|pwd|spawn|strings|alloca|syscall)\.h$|^(sys|linux|asm|arpa|net|netinet)/", re.IGNORECASE)
 LIBRARY_HEADER = re.compile(
-    r"^(ft2build|jpeglib|jerror|tiff|tiffio|geotiff|geotiffio|geo_normalize|xtiffio|gif_lib|png|zlib|gdiplus)\.h$"
-    r"|^(fontconfig|freetype|geotiff|libpng\w*)/", re.IGNORECASE)
+    r"^(ft2build|jpeglib|jerror|tiff|tiffio|geotiff|geotiffio|geo_normalize|xtiffio|gif_lib|png|zlib|gdiplus)"
+    r"\.h$|^(fontconfig|freetype|geotiff|libpng\w*)/", re.IGNORECASE)
 # Written so that no pattern finds itself in this file.
 CITATIONS = [
     (re.compile(r"\bPart[ ]\d+\.\d+"), "cites a numbered document"),
@@ -119,7 +119,8 @@ class Checker:
                     done.add(file)
                     way.pop()
                 elif target in (files := [f for f, _ in way]):
-                    names = [str(f.relative_to(self.root / "src")) for f in files[files.index(target):] + [target]]
+                    ring = files[files.index(target):] + [target]
+                    names = [str(f.relative_to(self.root / "src")) for f in ring]
                     self.breach(file, number, "header cycle: " + " -> ".join(names))
                 elif target in self.header_includes and target not in done:
                     way.append((target, iter(self.header_includes[target])))
@@ -159,7 +160,8 @@ def prose_files(root):
 
 
 def main(arguments):
-    root = pathlib.Path(arguments[1] if len(arguments) > 1 else pathlib.Path(__file__).parent.parent).resolve()
+    default = pathlib.Path(__file__).resolve().parents[1]
+    root = pathlib.Path(arguments[1]).resolve() if len(arguments) > 1 else default
     checker = Checker(root)
     code = list(code_files(root))
     if not code:
