@@ -12,7 +12,7 @@ endif()
 
 # What one system's build of platform/ keeps to itself is no public face.
 install(DIRECTORY src/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/halyard
-    FILES_MATCHING PATTERN "*.h"
+    FILES_MATCHING PATTERN "*.h" PATTERN "*.def"
     PATTERN "posix" EXCLUDE
     PATTERN "picture" EXCLUDE
     PATTERN "raster" EXCLUDE
