@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
-namespace
-{
+namespace {
 constexpr std::wstring_view SEPARATORS = L"/\\";
 
 bool IsSeparator(wchar_t c)
@@ -43,8 +42,7 @@ std::wstring FilePath::Folder(std::wstring_view path)
     const std::size_t drive = DriveLength(path);
     const std::size_t root = drive < path.size() && IsSeparator(path[drive]) ? drive + 1 : drive;
     std::size_t end = NameStart(path);
-    while (end > root && IsSeparator(path[end - 1]))
-        --end;
+    while (end > root && IsSeparator(path[end - 1])) --end;
     return std::wstring(path.substr(0, end));
 }
 
@@ -57,12 +55,10 @@ std::wstring FilePath::Extension(std::wstring_view path)
 
 std::wstring FilePath::Join(std::wstring_view folder, std::wstring_view name)
 {
-    if (folder.empty() || IsAbsolute(name))
-        return std::wstring(name);
+    if (folder.empty() || IsAbsolute(name)) return std::wstring(name);
     std::wstring path(folder);
     const bool isOpen = IsSeparator(path.back()) || DriveLength(path) == path.size();
-    if (!isOpen)
-        path += path.find(L'\\') != path.npos && path.find(L'/') == path.npos ? L'\\' : L'/';
+    if (!isOpen) path += path.find(L'\\') != path.npos && path.find(L'/') == path.npos ? L'\\' : L'/';
     return path += name;
 }
 

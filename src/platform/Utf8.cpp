@@ -3,8 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace
-{
+namespace {
 constexpr char32_t REPLACEMENT = 0xFFFD;
 constexpr char32_t LAST_CHARACTER = 0x10FFFF;
 constexpr char32_t FIRST_ESCAPE = 0xDC80;
@@ -23,23 +22,19 @@ bool IsLowSurrogate(char32_t c)
 
 void AppendUtf8(std::string& out, char32_t c)
 {
-    const auto tail = [c](int shift)
-    {
+    const auto tail = [c](int shift) {
         return static_cast<char>(0x80 | (c >> shift & 0x3F));
     };
-    if (c < 0x80)
-    {
+    if (c < 0x80) {
         out += static_cast<char>(c);
         return;
     }
-    if (c < 0x800)
-    {
+    if (c < 0x800) {
         out += static_cast<char>(0xC0 | c >> 6);
         out += tail(0);
         return;
     }
-    if (c < 0x10000)
-    {
+    if (c < 0x10000) {
         out += static_cast<char>(0xE0 | c >> 12);
         out += tail(6);
         out += tail(0);
@@ -53,8 +48,7 @@ void AppendUtf8(std::string& out, char32_t c)
 
 void AppendWide(std::wstring& out, char32_t c)
 {
-    if (sizeof(wchar_t) == 2 && c > 0xFFFF)
-    {
+    if (sizeof(wchar_t) == 2 && c > 0xFFFF) {
         out += static_cast<wchar_t>(0xD800 + ((c - 0x10000) >> 10));
         out += static_cast<wchar_t>(0xDC00 + ((c - 0x10000) & 0x3FF));
         return;
@@ -64,8 +58,7 @@ void AppendWide(std::wstring& out, char32_t c)
 
 /// The well-formed sequences by their first byte: how many bytes follow and the range of the second, which
 /// shuts out overlong forms, surrogates and values above U+10FFFF (Unicode Standard, table 3-7).
-struct Lead
-{
+struct Lead {
     unsigned char first, last;
     unsigned char following;
     unsigned char lowest, highest;
@@ -79,10 +72,8 @@ constexpr Lead LEADS[] = {
 
 const Lead* FindLead(unsigned char byte)
 {
-    for (const Lead& lead : LEADS)
-    {
-        if (byte >= lead.first && byte <= lead.last)
-            return &lead;
+    for (const Lead& lead : LEADS) {
+        if (byte >= lead.first && byte <= lead.last) return &lead;
     }
     return nullptr;
 }
@@ -91,21 +82,16 @@ const Lead* FindLead(unsigned char byte)
 /// well-formed.
 std::size_t DecodeSequence(std::string_view bytes, char32_t& character)
 {
-    const auto at = [bytes](std::size_t i)
-    {
+    const auto at = [bytes](std::size_t i) {
         return static_cast<unsigned char>(bytes[i]);
     };
     const Lead* lead = FindLead(at(0));
-    if (!lead || bytes.size() <= lead->following)
-        return 0;
-    if (at(1) < lead->lowest || at(1) > lead->highest)
-        return 0;
+    if (!lead || bytes.size() <= lead->following) return 0;
+    if (at(1) < lead->lowest || at(1) > lead->highest) return 0;
 
     character = at(0) & (0x3Fu >> lead->following);
-    for (std::size_t i = 1; i <= lead->following; ++i)
-    {
-        if ((at(i) & 0xC0) != 0x80)
-            return 0;
+    for (std::size_t i = 1; i <= lead->following; ++i) {
+        if ((at(i) & 0xC0) != 0x80) return 0;
         character = character << 6 | (at(i) & 0x3Fu);
     }
     return std::size_t{lead->following} + 1;
@@ -127,8 +113,7 @@ std::string ToUtf8(std::wstring_view text)
 {
     std::string out;
     out.reserve(text.size());
-    while (!text.empty())
-    {
+    while (!text.empty()) {
         char32_t c = 0;
         text.remove_prefix(DecodeWide(text, c));
         if (c >= FIRST_ESCAPE && c <= LAST_ESCAPE)
@@ -145,8 +130,7 @@ std::wstring FromUtf8(std::string_view bytes)
 {
     std::wstring out;
     out.reserve(bytes.size());
-    while (!bytes.empty())
-    {
+    while (!bytes.empty()) {
         const auto first = static_cast<unsigned char>(bytes[0]);
         char32_t c = first;
         const std::size_t taken = first < 0x80 ? 1 : DecodeSequence(bytes, c);

@@ -11,25 +11,21 @@
 
 #include "platform/posix/NativeName.h"
 
-namespace
-{
+namespace {
 std::optional<struct stat> Status(const std::wstring& name)
 {
     struct stat status = {};
-    if (::stat(NativeName(name).c_str(), &status) != 0)
-        return std::nullopt;
+    if (::stat(NativeName(name).c_str(), &status) != 0) return std::nullopt;
     return status;
 }
 
 bool FailWith(int code, std::wstring* reason)
 {
-    if (reason)
-        *reason = FileSystem::SystemErrorText(code);
+    if (reason) *reason = FileSystem::SystemErrorText(code);
     return false;
 }
 
-struct ErrorText
-{
+struct ErrorText {
     int code;
     const wchar_t* text;
 };
@@ -75,8 +71,7 @@ bool FileSystem::Exists(const std::wstring& name)
 std::optional<std::uint64_t> FileSystem::FileSize(const std::wstring& name)
 {
     const auto status = Status(name);
-    if (!status || !S_ISREG(status->st_mode))
-        return std::nullopt;
+    if (!status || !S_ISREG(status->st_mode)) return std::nullopt;
     return static_cast<std::uint64_t>(status->st_size);
 }
 
@@ -89,24 +84,20 @@ bool FileSystem::SameFile(const std::wstring& a, const std::wstring& b)
 
 bool FileSystem::Replace(const std::wstring& from, const std::wstring& to, std::wstring* reason)
 {
-    if (std::rename(NativeName(from).c_str(), NativeName(to).c_str()) != 0)
-        return FailWith(errno, reason);
+    if (std::rename(NativeName(from).c_str(), NativeName(to).c_str()) != 0) return FailWith(errno, reason);
     return true;
 }
 
 bool FileSystem::Remove(const std::wstring& name, std::wstring* reason)
 {
-    if (::unlink(NativeName(name).c_str()) != 0)
-        return FailWith(errno, reason);
+    if (::unlink(NativeName(name).c_str()) != 0) return FailWith(errno, reason);
     return true;
 }
 
 std::wstring FileSystem::SystemErrorText(int code)
 {
-    for (const ErrorText& row : ERROR_TEXTS)
-    {
-        if (row.code == code)
-            return row.text;
+    for (const ErrorText& row : ERROR_TEXTS) {
+        if (row.code == code) return row.text;
     }
     std::wstring text = FromUtf8(std::generic_category().message(code));
     if (!text.empty() && text[0] >= L'A' && text[0] <= L'Z')

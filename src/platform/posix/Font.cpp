@@ -18,8 +18,7 @@
 
 /// What FreeType knows of a face. FreeType is not made for several threads: used under FontCatalogue's mutex
 /// only.
-struct FontFace::Outline
-{
+struct FontFace::Outline {
     FT_Face face = nullptr;
     /// The characters of a symbol font lie at U+F000 and above.
     bool isSymbolFont = false;
@@ -29,8 +28,7 @@ struct FontFace::Outline
     Outline& operator=(const Outline&) = delete;
     ~Outline()
     {
-        if (face)
-            FT_Done_Face(face);
+        if (face) FT_Done_Face(face);
     }
 
     FT_UInt Glyph(char32_t character) const
@@ -47,15 +45,13 @@ struct FontFace::Outline
     {
         constexpr FT_Fixed LARGEST = std::numeric_limits<std::int32_t>::max();
         FT_Fixed advance = 0;
-        if (FT_Get_Advance(face, glyph, FT_LOAD_NO_SCALE, &advance) != 0)
-            return otherwise;
+        if (FT_Get_Advance(face, glyph, FT_LOAD_NO_SCALE, &advance) != 0) return otherwise;
         return static_cast<std::int32_t>(std::clamp<FT_Fixed>(advance, 0, LARGEST));
     }
 };
 
 /// The faces of this process. Lives to its end: faces are handed out as references, also to static objects.
-class FontCatalogue
-{
+class FontCatalogue {
 public:
     static FontCatalogue& Instance();
 
@@ -82,14 +78,12 @@ private:
     std::unique_ptr<FontFace> m_BuiltIn;
 };
 
-namespace
-{
+namespace {
 constexpr FontMetrics BUILT_IN_METRICS = {1000, 905, 212, 700};
 constexpr int BUILT_IN_ADVANCE = 556;
 constexpr double USUAL_CAP_HEIGHT = 0.7; // of an em, where the font does not tell
 
-struct PatternEnd
-{
+struct PatternEnd {
     void operator()(FcPattern* pattern) const { FcPatternDestroy(pattern); }
 };
 using Pattern = std::unique_ptr<FcPattern, PatternEnd>;
@@ -97,11 +91,10 @@ using Pattern = std::unique_ptr<FcPattern, PatternEnd>;
 int CapHeight(FT_Face face, const TT_OS2* os2)
 {
     constexpr FT_UShort FIRST_VERSION_WITH_CAP_HEIGHT = 2;
-    if (os2 && os2->version >= FIRST_VERSION_WITH_CAP_HEIGHT && os2->sCapHeight > 0)
-        return os2->sCapHeight;
+    if (os2 && os2->version >= FIRST_VERSION_WITH_CAP_HEIGHT && os2->sCapHeight > 0) return os2->sCapHeight;
     const FT_UInt glyph = FT_Get_Char_Index(face, U'H');
-    if (glyph != 0 && FT_Load_Glyph(face, glyph, FT_LOAD_NO_SCALE) == 0 &&
-        face->glyph->metrics.horiBearingY > 0)
+    if (glyph != 0 && FT_Load_Glyph(face, glyph, FT_LOAD_NO_SCALE) == 0
+        && face->glyph->metrics.horiBearingY > 0)
         return static_cast<int>(face->glyph->metrics.horiBearingY);
     return static_cast<int>(USUAL_CAP_HEIGHT * face->units_per_EM);
 }
@@ -110,19 +103,16 @@ FontMetrics MetricsOf(FT_Face face)
 {
     constexpr FT_UShort NO_OS2 = 0xFFFF;
     const auto* os2 = static_cast<const TT_OS2*>(FT_Get_Sfnt_Table(face, FT_SFNT_OS2));
-    if (os2 && os2->version == NO_OS2)
-        os2 = nullptr;
+    if (os2 && os2->version == NO_OS2) os2 = nullptr;
 
     FontMetrics metrics = {face->units_per_EM, face->ascender, -face->descender, CapHeight(face, os2)};
-    if (os2 && os2->usWinAscent + os2->usWinDescent != 0)
-    {
+    if (os2 && os2->usWinAscent + os2->usWinDescent != 0) {
         metrics.ascent = os2->usWinAscent;
         metrics.descent = os2->usWinDescent;
         return metrics;
     }
     const auto* hhea = static_cast<const TT_HoriHeader*>(FT_Get_Sfnt_Table(face, FT_SFNT_HHEA));
-    if (hhea && hhea->Ascender - hhea->Descender != 0)
-    {
+    if (hhea && hhea->Ascender - hhea->Descender != 0) {
         metrics.ascent = hhea->Ascender;
         metrics.descent = -hhea->Descender;
     }
@@ -130,8 +120,7 @@ FontMetrics MetricsOf(FT_Face face)
 }
 
 /// The last font that this thread looked up: texts of one font mostly follow each other.
-struct LastFont
-{
+struct LastFont {
     static constexpr std::size_t MAX_LENGTH = 64;
 
     wchar_t name[MAX_LENGTH];
@@ -147,8 +136,7 @@ struct LastFont
 
     void Set(const std::wstring& other, bool bold, bool italic, const FontFace& found)
     {
-        if (other.size() > MAX_LENGTH)
-            return;
+        if (other.size() > MAX_LENGTH) return;
         length = other.copy(name, MAX_LENGTH);
         isBold = bold;
         isItalic = italic;
@@ -177,8 +165,7 @@ FontCatalogue& FontCatalogue::Instance()
 FontCatalogue::FontCatalogue()
 {
     m_BuiltIn.reset(new FontFace(nullptr, BUILT_IN_METRICS, BUILT_IN_ADVANCE, {}, 0));
-    if (FT_Init_FreeType(&m_FreeType) != 0)
-        m_FreeType = nullptr;
+    if (FT_Init_FreeType(&m_FreeType) != 0) m_FreeType = nullptr;
     // A configuration of its own, so that the host's stays what it is; a missing one is no complaint of ours.
     FcConfig* config = FcConfigCreate();
     if (config && FcConfigParseAndLoad(config, nullptr, FcFalse) && FcConfigBuildFonts(config))
@@ -191,8 +178,7 @@ const FontFace& FontCatalogue::Find(const std::wstring& name, bool isBold, bool 
 {
     const bool isKept = name.size() <= MAX_NAME_LENGTH;
     std::wstring key;
-    if (isKept)
-    {
+    if (isKept) {
         key.reserve(name.size() + 1);
         key = name;
         key += static_cast<wchar_t>(L'0' + (isBold ? 1 : 0) + (isItalic ? 2 : 0));
@@ -200,28 +186,23 @@ const FontFace& FontCatalogue::Find(const std::wstring& name, bool isBold, bool 
 
     const std::lock_guard hold(m_Mutex);
     const auto known = isKept ? m_Names.find(key) : m_Names.end();
-    if (known != m_Names.end())
-        return *known->second;
+    if (known != m_Names.end()) return *known->second;
 
     FontName parsed = ParseFontName(name);
     parsed.family.resize(std::min(parsed.family.size(), MAX_NAME_LENGTH));
     parsed.isBold = parsed.isBold || isBold;
     parsed.isItalic = parsed.isItalic || isItalic;
     const FontFace& face = LookUp(parsed);
-    if (m_Names.size() >= MAX_NAMES)
-        m_Names.clear();
-    if (isKept)
-        m_Names.emplace(std::move(key), &face);
+    if (m_Names.size() >= MAX_NAMES) m_Names.clear();
+    if (isKept) m_Names.emplace(std::move(key), &face);
     return face;
 }
 
 const FontFace& FontCatalogue::LookUp(const FontName& name)
 {
-    if (!m_Config || !m_FreeType)
-        return *m_BuiltIn;
+    if (!m_Config || !m_FreeType) return *m_BuiltIn;
     const Pattern wanted(FcPatternCreate());
-    if (!wanted)
-        return *m_BuiltIn;
+    if (!wanted) return *m_BuiltIn;
     const std::string family = FamilyBytes(name.family);
     if (!family.empty())
         FcPatternAddString(wanted.get(), FC_FAMILY, reinterpret_cast<const FcChar8*>(family.c_str()));
@@ -237,32 +218,27 @@ const FontFace& FontCatalogue::LookUp(const FontName& name)
     const Pattern found(FcFontMatch(m_Config, wanted.get(), &result));
     FcChar8* file = nullptr;
     int index = 0;
-    if (!found || FcPatternGetString(found.get(), FC_FILE, 0, &file) != FcResultMatch)
-        return *m_BuiltIn;
-    if (FcPatternGetInteger(found.get(), FC_INDEX, 0, &index) != FcResultMatch)
-        index = 0;
+    if (!found || FcPatternGetString(found.get(), FC_FILE, 0, &file) != FcResultMatch) return *m_BuiltIn;
+    if (FcPatternGetInteger(found.get(), FC_INDEX, 0, &index) != FcResultMatch) index = 0;
     return Face(reinterpret_cast<const char*>(file), index);
 }
 
 const FontFace& FontCatalogue::Face(const char* file, int index)
 {
     const auto [place, isNew] = m_Faces.try_emplace({file, index});
-    if (isNew)
-        place->second = Open(file, index);
+    if (isNew) place->second = Open(file, index);
     return place->second ? *place->second : *m_BuiltIn;
 }
 
 std::unique_ptr<FontFace> FontCatalogue::Open(const char* file, int index)
 {
     auto outline = std::make_unique<FontFace::Outline>();
-    if (FT_New_Face(m_FreeType, file, index, &outline->face) != 0)
-    {
+    if (FT_New_Face(m_FreeType, file, index, &outline->face) != 0) {
         outline->face = nullptr;
         return nullptr;
     }
     const FT_Face face = outline->face;
-    if (!FT_IS_SCALABLE(face) || face->units_per_EM == 0)
-        return nullptr;
+    if (!FT_IS_SCALABLE(face) || face->units_per_EM == 0) return nullptr;
     if (FT_Select_Charmap(face, FT_ENCODING_UNICODE) != 0)
         outline->isSymbolFont = FT_Select_Charmap(face, FT_ENCODING_MS_SYMBOL) == 0;
 
@@ -281,35 +257,28 @@ FontFace::FontFace(std::unique_ptr<Outline> outline, const FontMetrics& metrics,
 
 FontFace::~FontFace()
 {
-    for (const auto& page : m_Pages)
-    {
+    for (const auto& page : m_Pages) {
         const std::int32_t* advances = page.load(std::memory_order_relaxed);
-        if (advances != m_MissingPage.data())
-            delete[] advances;
+        if (advances != m_MissingPage.data()) delete[] advances;
     }
 }
 
 const std::int32_t* FontFace::LoadPage(std::size_t page) const
 {
-    if (!m_Outline)
-        return m_MissingPage.data();
+    if (!m_Outline) return m_MissingPage.data();
     const std::lock_guard hold(FontCatalogue::Instance().m_Mutex);
-    if (const std::int32_t* advances = m_Pages[page].load(std::memory_order_relaxed))
-        return advances;
+    if (const std::int32_t* advances = m_Pages[page].load(std::memory_order_relaxed)) return advances;
 
     std::array<std::int32_t, PAGE_SIZE> advances = m_MissingPage;
     bool isEmpty = true;
-    for (std::size_t i = 0; i < PAGE_SIZE; ++i)
-    {
+    for (std::size_t i = 0; i < PAGE_SIZE; ++i) {
         const FT_UInt glyph = m_Outline->Glyph(static_cast<char32_t>(page << PAGE_BITS | i));
-        if (glyph == 0)
-            continue;
+        if (glyph == 0) continue;
         isEmpty = false;
         advances[i] = m_Outline->Advance(glyph, m_MissingPage[0]);
     }
     const std::int32_t* loaded = m_MissingPage.data();
-    if (!isEmpty)
-    {
+    if (!isEmpty) {
         auto* copy = new std::int32_t[PAGE_SIZE];
         std::copy(advances.begin(), advances.end(), copy);
         loaded = copy;
@@ -321,12 +290,10 @@ const std::int32_t* FontFace::LoadPage(std::size_t page) const
 std::int64_t FontFace::Width(std::wstring_view text) const
 {
     std::int64_t width = 0;
-    for (std::size_t i = 0; i < text.size(); ++i)
-    {
+    for (std::size_t i = 0; i < text.size(); ++i) {
         auto character = static_cast<char32_t>(text[i]);
         const bool isHigh = character >= 0xD800 && character <= 0xDBFF && i + 1 < text.size();
-        if (isHigh && text[i + 1] >= 0xDC00 && text[i + 1] <= 0xDFFF)
-        {
+        if (isHigh && text[i + 1] >= 0xDC00 && text[i + 1] <= 0xDFFF) {
             ++i;
             character = 0x10000 + ((character - 0xD800) << 10) + (static_cast<char32_t>(text[i]) - 0xDC00);
         }
@@ -337,8 +304,7 @@ std::int64_t FontFace::Width(std::wstring_view text) const
 
 const FontFace& FindFont(const std::wstring& name, bool bold, bool italic)
 {
-    if (t_LastFont.Is(name, bold, italic))
-        return *t_LastFont.face;
+    if (t_LastFont.Is(name, bold, italic)) return *t_LastFont.face;
     const FontFace& face = FontCatalogue::Instance().Find(name, bold, italic);
     t_LastFont.Set(name, bold, italic, face);
     return face;

@@ -10,25 +10,20 @@
 #include "platform/FileSystem.h"
 #include "platform/posix/NativeName.h"
 
-namespace
-{
+namespace {
 constexpr std::size_t LARGEST_BLOCK = std::size_t{1} << 30;
 
 /// Writes all bytes, at the end of the file when `offset` is null. Returns 0 or the error.
 int WriteAll(int file, const char* bytes, std::size_t count, const std::uint64_t* offset)
 {
     std::size_t done = 0;
-    while (done < count)
-    {
+    while (done < count) {
         const std::size_t block = std::min(count - done, LARGEST_BLOCK);
         const ssize_t put = offset ? ::pwrite(file, bytes + done, block, static_cast<off_t>(*offset + done))
                                    : ::write(file, bytes + done, block);
-        if (put < 0 && errno == EINTR)
-            continue;
-        if (put < 0)
-            return errno;
-        if (put == 0)
-            return EIO;
+        if (put < 0 && errno == EINTR) continue;
+        if (put < 0) return errno;
+        if (put == 0) return EIO;
         done += static_cast<std::size_t>(put);
     }
     return 0;
@@ -47,8 +42,7 @@ bool OutputFile::Open(const std::wstring& name)
     // Without O_NONBLOCK the opening of a pipe would wait for a reader.
     const int flags = O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
     const int file = ::open(NativeName(name).c_str(), flags, 0666);
-    if (file < 0)
-        return Fail(FileSystem::SystemErrorText(errno));
+    if (file < 0) return Fail(FileSystem::SystemErrorText(errno));
     m_Handle = file;
     // From here on a pipe's slow reader is waited for.
     const int status = ::fcntl(file, F_GETFL);
@@ -59,21 +53,17 @@ bool OutputFile::Open(const std::wstring& name)
 
 bool OutputFile::PatchAt(std::uint64_t offset, const void* bytes, std::size_t count)
 {
-    if (m_Failed || !IsOpen() || offset > Tell() || count > Tell() - offset)
-        return false;
+    if (m_Failed || !IsOpen() || offset > Tell() || count > Tell() - offset) return false;
     const char* from = static_cast<const char*>(bytes);
-    if (offset < m_Flushed)
-    {
+    if (offset < m_Flushed) {
         const auto inFile = static_cast<std::size_t>(std::min<std::uint64_t>(count, m_Flushed - offset));
         const int error = WriteAll(static_cast<int>(m_Handle), from, inFile, &offset);
-        if (error != 0)
-            return Fail(FileSystem::SystemErrorText(error));
+        if (error != 0) return Fail(FileSystem::SystemErrorText(error));
         from += inFile;
         count -= inFile;
         offset += inFile;
     }
-    if (count != 0)
-        std::memcpy(m_Buffer.get() + (offset - m_Flushed), from, count);
+    if (count != 0) std::memcpy(m_Buffer.get() + (offset - m_Flushed), from, count);
     return true;
 }
 
@@ -86,8 +76,7 @@ bool OutputFile::Flush()
 
 bool OutputFile::Sync()
 {
-    if (!Flush() || !IsOpen())
-        return false;
+    if (!Flush() || !IsOpen()) return false;
     // What is no file on a device (a pipe, a terminal) has nothing to wait for: EINVAL.
     if (::fsync(static_cast<int>(m_Handle)) != 0 && errno != EINVAL && errno != EROFS)
         return Fail(FileSystem::SystemErrorText(errno));
@@ -96,12 +85,10 @@ bool OutputFile::Sync()
 
 bool OutputFile::Close()
 {
-    if (!IsOpen())
-        return !m_Failed;
+    if (!IsOpen()) return !m_Failed;
     Flush();
     // After EINTR the descriptor is gone all the same, and the bytes were handed over before.
-    if (::close(static_cast<int>(m_Handle)) != 0 && errno != EINTR)
-        Fail(FileSystem::SystemErrorText(errno));
+    if (::close(static_cast<int>(m_Handle)) != 0 && errno != EINTR) Fail(FileSystem::SystemErrorText(errno));
     m_Handle = NO_HANDLE;
     m_Buffer.reset();
     m_Next = m_End = nullptr;
@@ -111,8 +98,7 @@ bool OutputFile::Close()
 void OutputFile::WriteLarge(const void* bytes, std::size_t count)
 {
     Flush();
-    if (count >= BUFFER_SIZE || !IsOpen())
-    {
+    if (count >= BUFFER_SIZE || !IsOpen()) {
         WriteOut(static_cast<const char*>(bytes), count);
         return;
     }
@@ -124,8 +110,7 @@ void OutputFile::WriteLarge(const void* bytes, std::size_t count)
 void OutputFile::MakeRoom(std::size_t count)
 {
     Flush();
-    if (count <= Room())
-        return;
+    if (count <= Room()) return;
     const std::size_t size = std::max(count, BUFFER_SIZE);
     m_Buffer.reset(new char[size]);
     m_Next = m_Buffer.get();
@@ -143,21 +128,17 @@ void OutputFile::Forget()
 
 bool OutputFile::WriteOut(const char* bytes, std::size_t count)
 {
-    if (count == 0)
-        return !m_Failed;
+    if (count == 0) return !m_Failed;
     m_Flushed += count;
-    if (m_Failed)
-        return false;
-    if (!IsOpen())
-        return Fail(L"no file is open");
+    if (m_Failed) return false;
+    if (!IsOpen()) return Fail(L"no file is open");
     const int error = WriteAll(static_cast<int>(m_Handle), bytes, count, nullptr);
     return error == 0 || Fail(FileSystem::SystemErrorText(error));
 }
 
 bool OutputFile::Fail(const std::wstring& reason)
 {
-    if (!m_Failed)
-        m_Reason = reason;
+    if (!m_Failed) m_Reason = reason;
     m_Failed = true;
     return false;
 }

@@ -12,10 +12,8 @@
 #include "platform/FileSystem.h"
 #include "platform/posix/NativeName.h"
 
-namespace
-{
-struct Mode
-{
+namespace {
+struct Mode {
     const char* text;
     int flags;
     bool isRead;
@@ -32,10 +30,8 @@ constexpr Mode MODES[] = {
 
 const Mode* FindMode(const char* text)
 {
-    for (const Mode& mode : MODES)
-    {
-        if (text && std::strcmp(mode.text, text) == 0)
-            return &mode;
+    for (const Mode& mode : MODES) {
+        if (text && std::strcmp(mode.text, text) == 0) return &mode;
     }
     return nullptr;
 }
@@ -49,12 +45,9 @@ std::FILE* Stream(void* file)
 std::wstring Objection(int file, const Mode& mode)
 {
     struct stat status = {};
-    if (::fstat(file, &status) != 0)
-        return FileSystem::SystemErrorText(errno);
-    if (S_ISDIR(status.st_mode))
-        return FileSystem::SystemErrorText(EISDIR);
-    if (mode.isRead && !S_ISREG(status.st_mode))
-        return L"is no regular file";
+    if (::fstat(file, &status) != 0) return FileSystem::SystemErrorText(errno);
+    if (S_ISDIR(status.st_mode)) return FileSystem::SystemErrorText(EISDIR);
+    if (mode.isRead && !S_ISREG(status.st_mode)) return L"is no regular file";
     return {};
 }
 } // namespace
@@ -71,8 +64,7 @@ RawFile::RawFile(RawFile&& other) noexcept
 
 RawFile& RawFile::operator=(RawFile&& other) noexcept
 {
-    if (this == &other)
-        return *this;
+    if (this == &other) return *this;
     Close();
     m_File = std::exchange(other.m_File, nullptr);
     m_Reason = std::exchange(other.m_Reason, {});
@@ -84,22 +76,18 @@ bool RawFile::Open(const std::wstring& name, const char* mode)
     Close();
     m_Reason = L"the mode is unknown";
     const Mode* known = FindMode(mode);
-    if (!known)
-        return false;
+    if (!known) return false;
 
     const int flags = known->flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
     const int file = ::open(NativeName(name).c_str(), flags, 0666);
     m_Reason = file < 0 ? FileSystem::SystemErrorText(errno) : Objection(file, *known);
-    if (m_Reason.empty())
-    {
+    if (m_Reason.empty()) {
         const int status = ::fcntl(file, F_GETFL);
         (void)::fcntl(file, F_SETFL, status & ~O_NONBLOCK);
         m_File = ::fdopen(file, mode);
-        if (!m_File)
-            m_Reason = FileSystem::SystemErrorText(errno);
+        if (!m_File) m_Reason = FileSystem::SystemErrorText(errno);
     }
-    if (!m_File && file >= 0)
-        ::close(file);
+    if (!m_File && file >= 0) ::close(file);
     return IsOpen();
 }
 
@@ -141,8 +129,7 @@ bool RawFile::Flush()
 
 bool RawFile::Close()
 {
-    if (!m_File)
-        return false;
+    if (!m_File) return false;
     const bool hasFailed = Failed();
     return std::fclose(Stream(std::exchange(m_File, nullptr))) == 0 && !hasFailed;
 }

@@ -18,8 +18,7 @@ SharedLibrary::SharedLibrary(SharedLibrary&& other) noexcept
 
 SharedLibrary& SharedLibrary::operator=(SharedLibrary&& other) noexcept
 {
-    if (this == &other)
-        return *this;
+    if (this == &other) return *this;
     Close();
     m_Handle = std::exchange(other.m_Handle, nullptr);
     m_Reason = std::exchange(other.m_Reason, {});
@@ -32,14 +31,12 @@ bool SharedLibrary::Open(const std::wstring& name)
     m_Reason.clear();
     const std::string native = NativeName(name);
     // The system takes the empty name for the program itself.
-    if (native.empty())
-    {
+    if (native.empty()) {
         m_Reason = L"no such file";
         return false;
     }
     m_Handle = ::dlopen(native.c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (!m_Handle)
-    {
+    if (!m_Handle) {
         const char* reason = ::dlerror();
         m_Reason = FromUtf8(reason ? reason : "cannot be loaded");
     }
@@ -53,7 +50,6 @@ void* SharedLibrary::Find(const char* symbol) const
 
 void SharedLibrary::Close()
 {
-    if (m_Handle)
-        ::dlclose(m_Handle);
+    if (m_Handle) ::dlclose(m_Handle);
     m_Handle = nullptr;
 }
