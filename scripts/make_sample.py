@@ -3,7 +3,8 @@
 
     scripts/make_sample.py [FOLDER]         (examples/ where no folder is named)
 
-Both files are our own design and come out the same at every run. Lengths are millimetres, x runs east, y north.
+Both files are our own design and come out the same at every run. Lengths are millimetres, x runs east, y
+north.
 """
 import math
 import pathlib
@@ -176,8 +177,8 @@ class Space:
         self.dxf.point(1, width / pixels, 0)
         self.dxf.point(2, 0, width / pixels)
         self.dxf.groups((13, float(pixels)), (23, float(pixels)), (340, definition), (70, 7), (280, 0),
-                        (281, 50), (282, 50), (283, 0), (71, 1), (91, 2), (14, -0.5), (24, -0.5), (14, pixels - 0.5),
-                        (24, pixels - 0.5))
+                        (281, 50), (282, 50), (283, 0), (71, 1), (91, 2), (14, -0.5), (24, -0.5),
+                        (14, pixels - 0.5), (24, pixels - 0.5))
         return handle
 
 
@@ -350,7 +351,8 @@ def draw_dimensions(space):
 
 def draw_words(space):
     for x, y, name, area in ((3600, 700, "LIVING", 26.13), (8850, 2100, "KITCHEN", 13.96),
-                             (3300, 6000, "BEDROOM 1", 14.53), (5860, 6300, "BATH", 7.71), (8130, 6900, "BEDROOM 2", 12.1)):
+                             (3300, 6000, "BEDROOM 1", 14.53), (5860, 6300, "BATH", 7.71),
+                             (8130, 6900, "BEDROOM 2", 12.1)):
         space.text("TEXT", x, y, 260, name, 1, 0)
         space.text("TEXT", x, y - 320, 180, f"{area:.2f} m\u00b2", 1, 0)
     space.text("LEVELS", 5700, 1500, 180, "%%p0.00", 1, 2)
@@ -410,7 +412,8 @@ def write_tables(dxf, records):
               for name, colour, line_type, width in LAYERS]
     view = [(10, 0.0), (20, 0.0), (11, 1.0), (21, 1.0), (12, 5500.0), (22, 2100.0), (13, 0.0), (23, 0.0),
             (14, 10.0), (24, 10.0), (15, 10.0), (25, 10.0), (16, 0.0), (26, 0.0), (36, 1.0), (17, 0.0),
-            (27, 0.0), (37, 0.0), (40, 17000.0), (41, 1.0), (42, 50.0), (43, 0.0), (44, 0.0), (50, 0.0), (51, 0.0)]
+            (27, 0.0), (37, 0.0), (40, 17000.0), (41, 1.0), (42, 50.0), (43, 0.0), (44, 0.0), (50, 0.0),
+            (51, 0.0)]
     font = [(40, 0.0), (41, 1.0), (50, 0.0), (71, 0), (42, 200.0), (3, "arial.ttf"), (4, "")]
     dxf.table("VPORT", "8", [("AcDbViewportTableRecord", "*ACTIVE", 0, view, None)])
     dxf.table("LTYPE", "5", line_types)
@@ -446,8 +449,8 @@ def write_objects(dxf, definition, image):
     dxf.groups((0, "DICTIONARY"), (5, images), (330, "C"), (100, "AcDbDictionary"), (281, 1), (3, "MARK"),
                (350, definition))
     dxf.groups((0, "IMAGEDEF"), (5, definition), (102, "{ACAD_REACTORS"), (330, images), (330, reactor),
-               (102, "}"), (330, images), (100, "AcDbRasterImageDef"), (90, 0), (1, "mark.bmp"), (10, float(PIXELS)),
-               (20, float(PIXELS)), (11, 1.0), (21, 1.0), (280, 1), (281, 0))
+               (102, "}"), (330, images), (100, "AcDbRasterImageDef"), (90, 0), (1, "mark.bmp"),
+               (10, float(PIXELS)), (20, float(PIXELS)), (11, 1.0), (21, 1.0), (280, 1), (281, 0))
     dxf.groups((0, "IMAGEDEF_REACTOR"), (5, reactor), (330, image), (100, "AcDbRasterImageDefReactor"),
                (90, 2), (330, image))
 

@@ -6,8 +6,7 @@
 #include <filesystem>
 
 /// Where a test finds what is not compiled into it. Each place can be moved by the environment.
-namespace TestPlaces
-{
+namespace TestPlaces {
 inline std::filesystem::path FromEnvironment(const char* variable, const char* otherwise)
 {
     const char* value = std::getenv(variable);
@@ -35,8 +34,7 @@ inline std::filesystem::path Corpus()
 
 /// First line of a test that reads the sample files: skips, and says so, where they are absent.
 #define SKIP_WITHOUT_CORPUS()                                                                                \
-    do                                                                                                       \
-    {                                                                                                        \
+    do {                                                                                                     \
         if (!std::filesystem::is_directory(TestPlaces::Corpus()))                                            \
             GTEST_SKIP() << "no sample files at " << TestPlaces::Corpus() << " (set HALYARD_CORPUS)";        \
     } while (false)

@@ -37,7 +37,8 @@ SYSTEM_MACRO = re.compile(
     r"\b(_WIN32|_WIN64|WIN32|__MINGW\w*|_MSC_VER|__CYGWIN__|__unix__|__linux__|__APPLE__|_POSIX\w*)\b")
 SYSTEM_HEADER = re.compile(
     r"^(windows|windowsx|wingdi|winbase|winuser|objbase|io|direct|process|unistd|fcntl|dlfcn|pthread|poll"
-    r"|termios|dirent|glob|pwd|spawn|strings|alloca|syscall)\.h$|^(sys|linux|asm|arpa|net|netinet)/", re.IGNORECASE)
+    r"|termios|dirent|glob|pwd|spawn|strings|alloca|syscall)\.h$"
+    r"|^(sys|linux|asm|arpa|net|netinet)/", re.IGNORECASE)
 LIBRARY_HEADER = re.compile(
     r"^(ft2build|jpeglib|jerror|tiff|tiffio|geotiff|geotiffio|geo_normalize|xtiffio|gif_lib|png|zlib|gdiplus)"
     r"\.h$|^(fontconfig|freetype|geotiff|libpng\w*)/", re.IGNORECASE)

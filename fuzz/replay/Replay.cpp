@@ -10,13 +10,11 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size);
 
-namespace
-{
+namespace {
 bool Replay(const std::filesystem::path& file)
 {
     std::ifstream in(file, std::ios::binary);
-    if (!in)
-    {
+    if (!in) {
         std::fprintf(stderr, "cannot read %s\n", file.string().c_str());
         return false;
     }
@@ -33,10 +31,8 @@ std::vector<std::filesystem::path> FilesAt(const std::filesystem::path& place)
         return std::filesystem::exists(place) ? std::vector{place} : std::vector<std::filesystem::path>{};
 
     std::vector<std::filesystem::path> files;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(place))
-    {
-        if (entry.is_regular_file())
-            files.push_back(entry.path());
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(place)) {
+        if (entry.is_regular_file()) files.push_back(entry.path());
     }
     return files;
 }
@@ -45,12 +41,9 @@ std::vector<std::filesystem::path> FilesAt(const std::filesystem::path& place)
 int main(int count, char** arguments)
 {
     std::size_t replayed = 0;
-    for (int i = 1; i < count; ++i)
-    {
-        for (const std::filesystem::path& file : FilesAt(arguments[i]))
-        {
-            if (!Replay(file))
-                return 1;
+    for (int i = 1; i < count; ++i) {
+        for (const std::filesystem::path& file : FilesAt(arguments[i])) {
+            if (!Replay(file)) return 1;
             ++replayed;
         }
     }
