@@ -100,7 +100,7 @@ class Checker:
             if other in MAY_INCLUDE and target.is_file():
                 self.breach(file, number, f"includes our own {name} in angle brackets")
             return
-        if "/" not in name or other not in MAY_INCLUDE or not target.is_file():
+        if other not in MAY_INCLUDE or not target.is_file():
             self.breach(file, number, f'"{name}" is no file of ours, written from src/')
             return
         if other != module and other not in MAY_INCLUDE[module]:
