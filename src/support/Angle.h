@@ -4,8 +4,8 @@
 
 #include <cmath>
 
-/// An angle in degrees, always held within one turn: 0 <= Get() < 360. Which way it turns is for its user to say; a
-/// rotation about an axis by a positive angle is counter-clockwise seen from the tip of that axis.
+/// An angle in degrees, always held within one turn: 0 <= Get() < 360. Which way it turns is for its user to
+/// say; a rotation about an axis by a positive angle is counter-clockwise seen from the tip of that axis.
 class Angle {
 public:
     Angle() = default;
@@ -16,7 +16,10 @@ public:
 
     /// Exact at the quarter turns.
     double Sin() const { return Quarter() ? QuarterSine(m_Degrees) : std::sin(m_Degrees * D_TO_R); }
-    double Cos() const { return Quarter() ? QuarterSine(TrimAngle(m_Degrees + 90)) : std::cos(m_Degrees * D_TO_R); }
+    double Cos() const
+    {
+        return Quarter() ? QuarterSine(TrimAngle(m_Degrees + 90)) : std::cos(m_Degrees * D_TO_R);
+    }
 
     Angle operator-() const { return Angle(-m_Degrees); }
     Angle operator+(const Angle& a) const { return Angle(m_Degrees + a.m_Degrees); }

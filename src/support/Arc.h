@@ -5,8 +5,9 @@
 
 namespace GTL {
 
-/// An arc of a circle parallel to the XY plane. Angles are bearings: degrees clockwise from +y, 0 <= a < 360; the point
-/// at angle a is centre + r (sin a, cos a). The arc runs from start to end in increasing angle; equal ends are a full turn.
+/// An arc of a circle parallel to the XY plane. Angles are bearings: degrees clockwise from +y, 0 <= a < 360;
+/// the point at angle a is centre + r (sin a, cos a). The arc runs from start to end in increasing angle;
+/// equal ends are a full turn.
 template <class P>
 class Arc {
 public:
@@ -44,7 +45,8 @@ public:
         return Angle(std::atan2(double(p.X() - m_Center.X()), double(p.Y() - m_Center.Y())) * MATH::RTD);
     }
 
-    /// True when a bearing lies strictly inside the sweep. With equal ends every bearing but that of the ends does.
+    /// True when a bearing lies strictly inside the sweep. With equal ends every bearing but that of the ends
+    /// does.
     bool Sweeps(const Angle& a) const
     {
         if (m_Start == m_End) return !(a == m_Start);

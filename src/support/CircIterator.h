@@ -2,11 +2,15 @@
 
 #include <cstddef>
 
-/// An index that walks round a ring of positions and wraps at its ends. The ring is not owned and must not be empty.
+/// An index that walks round a ring of positions and wraps at its ends. The ring is not owned and must not be
+/// empty.
 template <class Ring>
 class CircIterator {
 public:
-    explicit CircIterator(const Ring& ring, std::size_t index = 0) : m_Ring(&ring), m_Index(index % ring.size()) {}
+    explicit CircIterator(const Ring& ring, std::size_t index = 0)
+        : m_Ring(&ring), m_Index(index % ring.size())
+    {
+    }
 
     CircIterator& operator++()
     {

@@ -9,13 +9,18 @@
 class [[nodiscard]] HALYARD_API ErrorString {
 public:
     /// Success when true, a failure without text when false.
-    ErrorString(bool success) : m_Success(success) {}
+    ErrorString(bool success) : m_Success(success)
+    {
+        if (!success) Record();
+    }
     /// A failure with this text; a null text is empty.
     ErrorString(const wchar_t* text);
     ErrorString(const std::wstring& text);
     /// A failure with a text of the message table, by its number; an unknown number gives an empty text.
     explicit ErrorString(int messageNumber);
     explicit ErrorString(Message message);
+    /// Narrow texts would count as true.
+    ErrorString(const char*) = delete;
     ErrorString(const ErrorString&) = default;
     ErrorString(ErrorString&&) = default;
     ErrorString& operator=(const ErrorString&) = default;
@@ -35,7 +40,8 @@ public:
     /// The message; empty for a success.
     const std::wstring& Text() const { return m_Text; }
 
-    /// The last failure made in this thread, as far as its message was put together; a success when there was none.
+    /// The last failure made in this thread, as far as its message was put together; a success when there was
+    /// none.
     static ErrorString LastError();
 
 private:

@@ -14,8 +14,8 @@ struct CLS {
     };
 };
 
-/// Axis-aligned box in the plane: invalid (empty) until the first update. Not-a-number coordinates never widen a box that
-/// is already valid.
+/// Axis-aligned box in the plane: invalid (empty) until the first update. A point with a coordinate that is
+/// not a number does not start a box, and such a coordinate does not widen one.
 template <class T>
 class Extents2D {
 public:
@@ -32,6 +32,7 @@ public:
     void Update(const Point2D<T>& p)
     {
         if (!m_Valid) {
+            if (p != p) return; // not a number
             m_Min = m_Max = p;
             m_Valid = true;
             return;
@@ -55,10 +56,12 @@ public:
 
     bool operator==(const Extents2D&) const = default;
 
-    /// INSIDE (border included) or OUTSIDE; not-a-number is outside, and everything is outside an invalid box.
+    /// INSIDE (border included) or OUTSIDE; not-a-number is outside, and everything is outside an invalid
+    /// box.
     CLS::CLASSIFICATION Classify(const Point2D<T>& p) const
     {
-        const bool inside = m_Valid && p.X() >= MinX() && p.X() <= MaxX() && p.Y() >= MinY() && p.Y() <= MaxY();
+        const bool inside =
+            m_Valid && p.X() >= MinX() && p.X() <= MaxX() && p.Y() >= MinY() && p.Y() <= MaxY();
         return inside ? CLS::INSIDE : CLS::OUTSIDE;
     }
     /// Boxes that only touch straddle. An invalid box is outside.
@@ -77,7 +80,7 @@ private:
     bool m_Valid = false;
 };
 
-/// Axis-aligned box in space: invalid (empty) until the first update. Corners carry a fourth scalar of 0.
+/// Axis-aligned box in space: as in the plane. Corners carry a fourth scalar of 0.
 template <class T>
 class Extents3D {
 public:
@@ -89,6 +92,7 @@ public:
     void Update(T x, T y, T z)
     {
         if (!m_Valid) {
+            if (x != x || y != y || z != z) return; // not a number
             m_MinX = m_MaxX = x;
             m_MinY = m_MaxY = y;
             m_MinZ = m_MaxZ = z;
@@ -130,17 +134,17 @@ public:
     {
         if (!m_Valid) return;
         Extents3D image;
-        for (int corner = 0; corner < 8; ++corner)
-            image.Update(t.Apply({corner & 1 ? m_MaxX : m_MinX, corner & 2 ? m_MaxY : m_MinY,
-                                  corner & 4 ? m_MaxZ : m_MinZ}));
+        for (const T x : {m_MinX, m_MaxX})
+            for (const T y : {m_MinY, m_MaxY})
+                for (const T z : {m_MinZ, m_MaxZ}) image.Update(t.Apply(Point3D<T>(x, y, z)));
         *this = image;
     }
 
     /// As in the plane, with z.
     CLS::CLASSIFICATION Classify(const Point3D<T>& p) const
     {
-        const bool inside = m_Valid && p.X() >= m_MinX && p.X() <= m_MaxX && p.Y() >= m_MinY && p.Y() <= m_MaxY
-                            && p.Z() >= m_MinZ && p.Z() <= m_MaxZ;
+        const bool inside = m_Valid && p.X() >= m_MinX && p.X() <= m_MaxX && p.Y() >= m_MinY
+                            && p.Y() <= m_MaxY && p.Z() >= m_MinZ && p.Z() <= m_MaxZ;
         return inside ? CLS::INSIDE : CLS::OUTSIDE;
     }
     CLS::CLASSIFICATION Classify(const Extents3D& box) const

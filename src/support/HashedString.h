@@ -3,10 +3,12 @@
 #include "support/CRCChecksum.h"
 #include "support/Numeric.h"
 
+#include <algorithm>
 #include <string>
+#include <string_view>
 
-/// A string kept with a 32-bit hash of its upper-cased characters: the name of a layer. Upper-casing is that of the "C"
-/// locale (A to Z only).
+/// A string kept with a 32-bit hash of its upper-cased characters: the name of a layer. Upper-casing is that
+/// of the "C" locale (A to Z only).
 template <class Char>
 class HashedString {
 public:
@@ -26,14 +28,21 @@ public:
         return m_Hash == other.m_Hash && icompareW(m_Text, other.m_Text);
     }
 
-private:
-    static unsigned int HashOf(const String& text)
+    /// The hash of a text: the checksum of its upper-cased characters, each folded as an int.
+    static unsigned int HashOf(std::basic_string_view<Char> text)
     {
+        constexpr std::size_t BLOCK = 16;
         CRCChecksum checksum;
-        for (const Char c : text) checksum += static_cast<int>(c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c);
+        for (; !text.empty(); text.remove_prefix(std::min(BLOCK, text.size()))) {
+            int upper[BLOCK];
+            std::transform(text.begin(), text.begin() + std::min(BLOCK, text.size()), upper,
+                           [](Char c) { return static_cast<int>(c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c); });
+            checksum.UpdateInts(upper, std::min(BLOCK, text.size()));
+        }
         return checksum.Value();
     }
 
+private:
     String m_Text;
     unsigned int m_Hash;
 };

@@ -6,7 +6,10 @@ public:
     enum LINESTYLE { CONTINUOUS = 0, DASHED = 1, DOT = 2, DASHDOT = 3 };
 
     LineInfo() = default;
-    LineInfo(LINESTYLE style, float width, unsigned long color) : m_Style(style), m_Width(width), m_Color(color) {}
+    LineInfo(LINESTYLE style, float width, unsigned long color)
+        : m_Style(style), m_Width(width), m_Color(color)
+    {
+    }
 
     LINESTYLE Style() const { return m_Style; }
     float Width() const { return m_Width; }

@@ -11,8 +11,8 @@ inline constexpr double D_TO_R = 0.017453292519943295769;
 namespace MATH {
 
 inline constexpr double TWOPI = 6.2831853071795864769;
-inline constexpr double DTR = D_TO_R;                   ///< degrees to radians
-inline constexpr double RTD = 57.295779513082320877;    ///< radians to degrees
+inline constexpr double DTR = D_TO_R;                ///< degrees to radians
+inline constexpr double RTD = 57.295779513082320877; ///< radians to degrees
 
 /// Relative tolerance of all comparisons here; below a magnitude of 1 it is absolute.
 inline constexpr double RELATIVE_TOLERANCE = 1e-10;
@@ -40,17 +40,27 @@ inline double PairEpsilon(double a, double b)
 inline bool equal(double a, double b)
 {
     const double gap = a - b;
-    return a == b || (gap < 0 ? -gap : gap) <= PairEpsilon(a, b);
+    return a == b || (gap < 0 ? -gap : gap) < PairEpsilon(a, b);
 }
 
 /// a < b by more than the tolerance.
-inline bool less(double a, double b) { return a < b && !equal(a, b); }
+inline bool less(double a, double b)
+{
+    return a < b && !equal(a, b);
+}
 /// a >= b, or a below b by no more than the tolerance. False for NaN.
-inline bool gequal(double a, double b) { return a >= b || equal(a, b); }
+inline bool gequal(double a, double b)
+{
+    return a >= b || equal(a, b);
+}
 /// a <= b, or a above b by no more than the tolerance. False for NaN.
-inline bool lequal(double a, double b) { return a <= b || equal(a, b); }
+inline bool lequal(double a, double b)
+{
+    return a <= b || equal(a, b);
+}
 
-/// value rounded to a number of decimal digits (0 to 15), halves away from zero.
+/// value rounded to a number of decimal digits (0 to 15; others count as the nearest of these), halves of the
+/// last digit away from zero. Values without that many digits, infinities and NaN stay as they are.
 HALYARD_API double round(double value, int digits);
 
 } // namespace MATH
@@ -62,8 +72,8 @@ HALYARD_API double TrimAngle(double degrees);
 HALYARD_API bool icompareW(const std::wstring& a, const wchar_t* b);
 HALYARD_API bool icompareW(const std::wstring& a, const std::wstring& b);
 
-/// Decimal number at the start of the text after blanks and tabs; reading stops at the first character that is no part of
-/// it. Independent of the locale; no hexadecimal, no "inf" or "nan". Out of range gives the nearest finite value (the
-/// nearest int); text without a number gives 0.
+/// Decimal number at the start of the text after blanks and tabs; reading stops at the first character that
+/// is no part of it. Independent of the locale; no hexadecimal, no "inf" or "nan". Out of range gives the
+/// nearest finite value (the nearest int); text without a number gives 0.
 HALYARD_API int atoi(const std::wstring& text);
 HALYARD_API double atof(const std::wstring& text);

@@ -47,8 +47,9 @@ private:
     T m_Y{};
 };
 
-/// A point in space with a fourth scalar carried along: for a vertex of a polyline, the DXF bulge of the segment that
-/// begins there (tangent of a quarter of its included angle, positive when the arc turns counter-clockwise).
+/// A point in space with a fourth scalar carried along: for a vertex of a polyline, the DXF bulge of the
+/// segment that begins there (tangent of a quarter of its included angle, positive when the arc turns
+/// counter-clockwise).
 template <class T>
 class Point3D {
 public:

@@ -7,10 +7,11 @@
 
 namespace GTL {
 
-/// The arc that a bulge puts in place of the straight segment from one vertex to the next, or none for a straight one
-/// (bulge 0, not finite, or both ends in one place). A bulge is the tangent of a quarter of the included angle, positive
-/// when the arc turns counter-clockwise from start to end; the centre follows from the chord:
-/// with k = (b - 1/b) / 2 it is ((P1 + P2) + k (dy, -dx)) / 2, dx and dy from P1 to P2.
+/// The arc that a bulge puts in place of the straight segment from one vertex to the next, or none for a
+/// straight one (bulge 0 or not finite, both ends in one place, or a circle beyond the range of doubles). A
+/// bulge is the tangent of a quarter of the included angle, positive when the arc turns counter-clockwise
+/// from start to end; the centre follows from the chord: with k = (b - 1/b) / 2 it is ((P1 + P2) + k (dy,
+/// -dx)) / 2, dx and dy from P1 to P2.
 template <class P>
 std::optional<Arc<P>> BulgeArc(const P& from, const P& to, double bulge)
 {
@@ -20,7 +21,9 @@ std::optional<Arc<P>> BulgeArc(const P& from, const P& to, double bulge)
     if (bulge == 0 || !std::isfinite(bulge) || (dx == 0 && dy == 0)) return std::nullopt;
     const double k = (bulge - 1 / bulge) / 2;
     const P center(T((from.X() + to.X() + k * dy) / 2), T((from.Y() + to.Y() - k * dx) / 2), from.Z());
-    Arc<P> arc(center, center.Dist2D(from, false), Angle(), Angle());
+    const double radius = center.Dist2D(from, false);
+    if (!std::isfinite(radius)) return std::nullopt;
+    Arc<P> arc(center, radius, Angle(), Angle());
     const Angle atFrom = arc.BearingOf(from);
     const Angle atTo = arc.BearingOf(to);
     arc.SetStartAngle(bulge < 0 ? atFrom : atTo);
@@ -28,8 +31,8 @@ std::optional<Arc<P>> BulgeArc(const P& from, const P& to, double bulge)
     return arc;
 }
 
-/// A list of vertices with a running box of the vertices themselves (bulges not counted). Removing or replacing a vertex
-/// makes the box anew; adding one widens it.
+/// A list of vertices with a running box of the vertices themselves (bulges not counted). Removing or
+/// replacing a vertex makes the box anew; adding one widens it.
 template <class P>
 class Polyline {
 public:

@@ -7,8 +7,8 @@
 
 namespace GTL {
 
-/// A rectangle at any angle. Its nine reference points are numbered: corners 0 bottom-left, 1 bottom-right, 2 top-right,
-/// 3 top-left; 4 to 7 the middles of the sides 0-1, 1-2, 2-3 and 3-0; 8 the centre.
+/// A rectangle at any angle. Its nine reference points are numbered: corners 0 bottom-left, 1 bottom-right, 2
+/// top-right, 3 top-left; 4 to 7 the middles of the sides 0-1, 1-2, 2-3 and 3-0; 8 the centre.
 template <class P>
 class Rectangle {
 public:

@@ -56,21 +56,23 @@ public:
     void SetMultiLine(bool multiLine) { m_MultiLine = multiLine; }
     void SetRectWidth(float width) { m_RectWidth = width; }
 
-    /// From a DXF pair of horizontal (72) and vertical (73) justification: 73 = 0 gives 9/10/11, 1 gives 0/1/2,
-    /// 2 gives 7/8/3, 3 gives 6/5/4 for 72 = 0/1/2; 72 = 4 gives 8; 72 = 3 and 5 count as 0, and so do other values.
+    /// From a DXF pair of horizontal (72) and vertical (73) justification: 73 = 0 gives 9/10/11, 1 gives
+    /// 0/1/2, 2 gives 7/8/3, 3 gives 6/5/4 for 72 = 0/1/2; 72 = 4 gives 8; 72 = 3 and 5 count as 0, and so do
+    /// other values.
     void FromAcadJust(int h, int v);
     /// The pair back; 8 gives (1, 2).
     int AcadHJust() const;
     int AcadVJust() const;
-    /// From an MTEXT attachment point, 1 to 9 row by row from top-left to bottom-right; other values change nothing.
+    /// From an MTEXT attachment point, 1 to 9 row by row from top-left to bottom-right; other values change
+    /// nothing.
     void AcadAttachmentPoint(int point);
     /// The attachment point back; 9, 10 and 11 give 7, 8 and 9.
     int AcadAttachmentPoint() const;
-    /// The reference point of a text rectangle (see GTL::Rectangle) that lies on the position: 0 to 8, or -1 for a
-    /// justification that has none.
+    /// The reference point of a text rectangle (see GTL::Rectangle) that lies on the position: 0 to 8, or -1
+    /// for a justification that has none.
     int ReferencePoint() const;
-    /// The GDI text alignment of the justification: a horizontal flag (left 0, right 2, centre 6) plus a vertical one
-    /// (top 0, bottom 8, baseline 24); the middle row, for which GDI has none, takes baseline.
+    /// The GDI text alignment of the justification: a horizontal flag (left 0, right 2, centre 6) plus a
+    /// vertical one (top 0, bottom 8, baseline 24); the middle row, for which GDI has none, takes baseline.
     unsigned int WinAlignment() const;
 
     bool operator==(const TextInfo& other) const = default;

@@ -7,8 +7,9 @@
 
 namespace GTL {
 
-/// An affine map of points, composed of steps that apply in the order in which they are added. New: the identity.
-/// Held as the upper three rows of a row-major 4 x 4 matrix that multiplies column vectors (x, y, z, 1).
+/// An affine map of points, composed of steps that apply in the order in which they are added. New: the
+/// identity. Held as the upper three rows of a row-major 4 x 4 matrix that multiplies column vectors (x, y,
+/// z, 1).
 template <class P>
 class Transformation {
 public:
@@ -59,13 +60,13 @@ public:
     {
         return {Row(0, p.X(), p.Y(), p.Z()), Row(1, p.X(), p.Y(), p.Z()), Row(2, p.X(), p.Y(), p.Z()), p.B()};
     }
-    Point2D<T> Apply(const Point2D<T>& p) const { return {Row(0, p.X(), p.Y(), T{}), Row(1, p.X(), p.Y(), T{})}; }
+    Point2D<T> Apply(const Point2D<T>& p) const
+    {
+        return {Row(0, p.X(), p.Y(), T{}), Row(1, p.X(), p.Y(), T{})};
+    }
 
     /// The image of a difference of points: the linear part alone, no translation.
-    Vector3D<T> ApplyLinear(const Vector3D<T>& v) const
-    {
-        return {Linear(0, v), Linear(1, v), Linear(2, v)};
-    }
+    Vector3D<T> ApplyLinear(const Vector3D<T>& v) const { return {Linear(0, v), Linear(1, v), Linear(2, v)}; }
 
     /// Determinant of the linear part in plan; negative for a map that mirrors.
     double Determinant2D() const { return m_Rows[0][0] * m_Rows[1][1] - m_Rows[0][1] * m_Rows[1][0]; }

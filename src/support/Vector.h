@@ -60,7 +60,10 @@ public:
     {
         return {T(m_X - v.m_X), T(m_Y - v.m_Y), T(m_Z - v.m_Z)};
     }
-    constexpr Vector3D operator*(T factor) const { return {T(m_X * factor), T(m_Y * factor), T(m_Z * factor)}; }
+    constexpr Vector3D operator*(T factor) const
+    {
+        return {T(m_X * factor), T(m_Y * factor), T(m_Z * factor)};
+    }
 
     constexpr T Dot(const Vector3D& v) const { return m_X * v.m_X + m_Y * v.m_Y + m_Z * v.m_Z; }
     /// Right-handed cross product.
