@@ -13,11 +13,14 @@
 #include <list>
 #include <map>
 #include <memory>
+#include <span>
 #include <string>
-#include <vector>
+#include <string_view>
 
-class GroupReader;
 class DXFPolyline;
+class GroupReader;
+class TextEntity;
+struct FixedGroup;
 
 /// Reader and writer of DXF exchange files: reads all text releases, writes AC1014. Used by one thread.
 ///
@@ -115,8 +118,22 @@ private:
     void ReadLineWidth(DXFLineBase* entity, DXF& document);
     void ReadLineStyle(DXFLineBase* entity, DXF& document);
     void AddHandle(int handle);
+    ErrorString EndOfReading(int status);
+    void CountSkipped();
+    void NoteHandle();
+    void NoteSection();
+    unsigned long TrueColor() const;
+    DXFLayer* CurrentLayer(DXF& target);
+    DXFLayer* TakeDocumentLayer(DXF& target, const std::wstring& name);
+    ErrorString AddEntity(DXF& target, DXFEntity* entity);
+    void ReadLineAttributes(DXFLineBase* entity, DXF& document);
+    template <class Entity>
+    ErrorString ReadCorners(DXF& document);
+    class PolylineBuilder;
+    ErrorString ReadVertices(PolylineBuilder& builder);
+    ErrorString ReadTextBox(TextEntity& text);
 
-    // Reading: one reader for each kind (EntityReaders.cpp, TextReaders.cpp)
+    // Reading: one reader for each kind (EntityReaders.cpp, TextReaders.cpp, ImageReaders.cpp)
     ErrorString ReadPoint(DXF& document);
     ErrorString ReadLine(DXF& document);
     ErrorString ReadSolid(DXF& document);
@@ -131,30 +148,62 @@ private:
     ErrorString ReadImageDef(DXF& document);
     ErrorString ReadInsert(DXF& document);
 
-    // Writing: file structure (DXFFileWrite.cpp, WriterTables.cpp, WriterObjects.cpp)
+    // Writing: the file and its entities, primitives (DXFFileWrite.cpp)
     ErrorString OpenWrite(const std::wstring& fileName);
-    void WriteHeader(const DXF& document);
+    void ResetWriter();
+    void WriteEntities(const DXF& document, const std::atomic<bool>& keepGoing);
+    void WriteEntity(const DXFEntity& entity);
+    void WriteHandleSeed();
+    int TakeHandle();
+    std::wstring GetFreeHandle();
+    void SetCurrentLayer(const std::wstring& name);
+    void WriteGroups(std::string_view groups) { m_Output.Write(groups.data(), groups.size()); }
+    void WriteGroups(std::span<const FixedGroup> groups);
+    void WriteReal(int code, double value);
+    void WriteInteger(int code, long long value);
+    void WriteText(int code, std::wstring_view text);
+    void WriteName(int code, std::wstring_view name);
+    void WriteHandle();
+    void WriteHandle(int code, int handle);
+    void WriteFloat(double value, int index) { WriteReal(40 + index, value); }
+    void WriteInt(int value, int index) { WriteInteger(70 + index, value); }
+    void WriteAngle(double degrees, int index) { WriteReal(50 + index, degrees); }
+    void WriteColor(const DXFColor& color) { WriteColor(color.Index()); }
+    void WriteColor(int index) { WriteInteger(62, index); }
+    void WriteColor(unsigned long color);
+    void WriteLayerName(const std::wstring& name) { WriteName(8, name); }
+    void WriteEntityName(const std::wstring& name) { WriteName(2, name); }
+    void WriteBegin(const wchar_t* name) { WriteName(0, name); }
+    void WritePoint(const P3& point, int index);
+    int ColorIndex(unsigned long color);
+
+    // Writing: what stands around the entities (WriterTables.cpp)
+    void WriteHeader(DXF& document);
     void WriteClasses();
     void WriteTables(const DXF& document);
+    void WriteLineTypes(const DXF& document);
+    void WriteLayers(const DXF& document);
+    void WriteTextStyles(const DXF& document);
+    void WriteApplications(const DXF& document);
+    void WriteBlockRecords(const DXF& document);
     void WriteBlocks();
+    static std::wstring MakeSafeName(const std::wstring& name);
+
+    // Writing: images before anything else, dictionaries after it (WriterObjects.cpp)
+    void PrepareImages(const DXF& document);
     void WriteObjects(const DXF& document);
     void WriteDictionary(const DXF& document);
+    void WriteImageDictionary();
     void WriteImageDef(const DXF& document);
-    void WriteHandle();
-    std::wstring GetFreeHandle();
-    static std::wstring MakeSafeName(const std::wstring& name);
-    void WriteFloat(double value, int index);
-    void WriteInt(int value, int index);
-    void WriteAngle(double degrees, int index);
-    void WriteColor(const DXFColor& color);
-    void WriteColor(int index);
-    void WriteColor(unsigned long color);
-    void WriteLayerName(const std::wstring& name);
-    void WriteEntityName(const std::wstring& name);
-    void WriteBegin(const wchar_t* name);
-    void WritePoint(const P3& point, int index);
-    void WriteVertex(const P3& vertex);
+
+    // Writing: bodies of entities (EntityWriters.cpp)
+    void WriteVertex(const P3& vertex, std::string_view head, bool withZ);
+    void WriteVertices(const DXFPolyline& polyline, std::string_view head, bool withZ);
     void WriteLineData(const DXFLineBase& entity);
+    void WriteCorners(const P3& first, const P3& second, const P3& third, const P3& fourth);
+    void WriteNormal(const GTL::Vector3D<double>& normal);
+    void WriteStyleName(const std::wstring& font);
+    void WriteClipBoundary(const DXFImage& image);
 
     // Reader state
     std::unique_ptr<GroupReader> m_Reader;
@@ -170,19 +219,19 @@ private:
 
     // Writer state
     OutputFile m_Output;
-    const std::wstring* m_CurrentLayerName = nullptr;
-    std::wstring m_RootDictionary;
-    std::wstring m_GroupDictionary;
-    std::wstring m_MlineDictionary;
-    std::wstring m_RasterVariables;
-    std::wstring m_ImageDictionary;
+    std::string m_CurrentLayer; ///< group 8 of the layer that is being written
+    std::string m_StyleName;    ///< group 7 of the font below
+    std::wstring m_StyleFont;
+    int m_RasterVariables = 0; ///< handle; 0 without images, as the next
+    int m_ImageDictionary = 0;
     std::list<std::unique_ptr<DXFImageDef>> m_ImageDefs;
-    std::vector<std::wstring> m_PendingObjects;
+    std::string m_PendingObjects; ///< groups for the OBJECTS section
     HandleSet m_Handles;
-    int m_HandleCounter = 0;
-    int m_EntityCount = 0;
+    int m_HandleCounter = 0; ///< the last handle given out
     std::uint64_t m_HandleSeedPosition = 0;
     int m_ExportMode = 0;
+    unsigned long m_LastColor = 0;
+    int m_LastColorIndex = -1; ///< of m_LastColor; -1 when none was asked for
 
     std::atomic<std::uint64_t> m_Done{0};
     std::atomic<std::uint64_t> m_Total{0};

@@ -1,0 +1,273 @@
+#include "dxf/ReadState.h"
+
+#include "model/DXF3dFace.h"
+#include "model/DXFArc.h"
+#include "model/DXFCircle.h"
+#include "model/DXFImage.h"
+#include "model/DXFInsert.h"
+#include "model/DXFLine.h"
+#include "model/DXFPoint.h"
+#include "model/DXFPolygon.h"
+#include "model/DXFSolid.h"
+#include "support/NumberText.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+// Flags of POLYLINE (70) and of its VERTEX objects (70).
+constexpr int POLYLINE_CLOSED = 1;
+constexpr int POLYLINE_POLYFACE = 64;
+constexpr int VERTEX_MESH_POSITION = 64;
+constexpr int VERTEX_POLYFACE = 128;
+
+int IntOf(const GroupReader& groups, int code)
+{
+    return ParseInt(groups.First(code));
+}
+
+double NumberOf(const GroupReader& groups, int code, double absent)
+{
+    return groups.Has(code) ? ParseDouble(groups.First(code)) : absent;
+}
+
+/// The direction of codes 210, 220 and 230, or (0, 0, 1) unless all three are there.
+GTL::Vector3D<double> ExtrusionOf(const GroupReader& groups)
+{
+    if (!groups.Has(210) || !groups.Has(220) || !groups.Has(230)) return {0, 0, 1};
+    return {ParseDouble(groups.First(210)), ParseDouble(groups.First(220)), ParseDouble(groups.First(230))};
+}
+
+/// Walks the values of one code in file order.
+class ValueList {
+public:
+    ValueList(const GroupReader& groups, int code) : m_Groups(groups), m_Code(code), m_Index(groups.IndexOf(code)) {}
+
+    bool AtEnd() const { return m_Index == GroupReader::NONE; }
+    double Number() const { return AtEnd() ? 0.0 : ParseDouble(m_Groups.ValueAt(m_Index)); }
+    void Next()
+    {
+        if (!AtEnd()) m_Index = m_Groups.NextIndexOf(m_Code, m_Index);
+    }
+
+private:
+    const GroupReader& m_Groups;
+    int m_Code;
+    std::size_t m_Index;
+};
+
+/// Corners of SOLID and 3DFACE: bases 0 to 3.
+constexpr int NUM_CORNERS = 4;
+
+} // namespace
+
+ErrorString DXFFile::ReadPoint(DXF& document)
+{
+    if (ErrorString verified = VerifyGroupData({8}); !verified) return verified;
+    P3 position;
+    if (ErrorString read = ReadPoint(position, 0); !read) return read;
+    auto point = std::make_unique<DXFPoint>(position);
+    ReadColor(point.get(), document);
+    return AddEntity(document, point.release());
+}
+
+ErrorString DXFFile::ReadLine(DXF& document)
+{
+    if (ErrorString verified = VerifyGroupData({8}); !verified) return verified;
+    P3 start;
+    P3 end;
+    if (ErrorString read = ReadPoint(start, 0); !read) return read;
+    if (ErrorString read = ReadPoint(end, 1); !read) return read;
+    auto line = std::make_unique<DXFLine>(start, end);
+    ReadLineAttributes(line.get(), document);
+    return AddEntity(document, line.release());
+}
+
+template <class Entity>
+ErrorString DXFFile::ReadCorners(DXF& document)
+{
+    if (ErrorString verified = VerifyGroupData({8}); !verified) return verified;
+    auto entity = std::make_unique<Entity>();
+    for (int corner = 0; corner < NUM_CORNERS; ++corner)
+        if (ErrorString read = ReadPoint((*entity)[corner], corner); !read) return read;
+    ReadColor(entity.get(), document);
+    return AddEntity(document, entity.release());
+}
+
+ErrorString DXFFile::ReadSolid(DXF& document)
+{
+    return ReadCorners<DXFSolid>(document);
+}
+
+ErrorString DXFFile::Read3dFace(DXF& document)
+{
+    return ReadCorners<DXF3dFace>(document);
+}
+
+ErrorString DXFFile::ReadCircle(DXF& document)
+{
+    if (ErrorString verified = VerifyGroupData({8, 40}); !verified) return verified;
+    P3 center;
+    if (ErrorString read = ReadPoint(center, 0); !read) return read;
+    auto circle = std::make_unique<DXFCircle>(center, ParseDouble(m_Reader->First(40)), ExtrusionOf(*m_Reader));
+    ReadLineAttributes(circle.get(), document);
+    return AddEntity(document, circle.release());
+}
+
+/// The file's angles run counter-clockwise from +x, the model's clockwise from +y: the ends change places.
+ErrorString DXFFile::ReadArc(DXF& document)
+{
+    if (ErrorString verified = VerifyGroupData({8, 40}); !verified) return verified;
+    P3 center;
+    if (ErrorString read = ReadPoint(center, 0); !read) return read;
+    const double start = TrimAngle(90 - ParseDouble(m_Reader->First(51)));
+    const double end = TrimAngle(90 - ParseDouble(m_Reader->First(50)));
+    auto arc = std::make_unique<DXFArc>(center, ParseDouble(m_Reader->First(40)), start, end, ExtrusionOf(*m_Reader));
+    ReadLineAttributes(arc.get(), document);
+    return AddEntity(document, arc.release());
+}
+
+void DXFFile::ReadLineAttributes(DXFLineBase* entity, DXF& document)
+{
+    ReadColor(entity, document);
+    ReadLineStyle(entity, document);
+    ReadLineWidth(entity, document);
+}
+
+ErrorString DXFFile::ReadLWPolyline(DXF& document)
+{
+    if (ErrorString verified = VerifyGroupData({8}); !verified) return verified;
+    const double elevation = NumberOf(*m_Reader, 38, 0);
+    ValueList x(*m_Reader, 10);
+    ValueList y(*m_Reader, 20);
+    ValueList bulge(*m_Reader, 42);
+    std::vector<P3> vertices;
+    vertices.reserve(m_Reader->NumGroups() / 3);
+    for (; !x.AtEnd() && !y.AtEnd(); x.Next(), y.Next(), bulge.Next())
+        vertices.emplace_back(x.Number(), y.Number(), elevation, bulge.Number());
+    vertices.shrink_to_fit();
+    const bool closed = IntOf(*m_Reader, 70) & POLYLINE_CLOSED;
+    auto entity = closed ? std::make_unique<DXFPolygon>() : std::make_unique<DXFPolyline>();
+    entity->SetPoly(GTL::Polyline<P3>(std::move(vertices)));
+    entity->SetLWPolyLine(true);
+    entity->SetElevation(elevation);
+    ReadLineAttributes(entity.get(), document);
+    return AddEntity(document, entity.release());
+}
+
+/// Collects the vertices of one POLYLINE: a chain or ring of its own, or the faces of a polyface mesh.
+class DXFFile::PolylineBuilder {
+public:
+    explicit PolylineBuilder(std::unique_ptr<DXFPolyline> entity) : m_Entity(std::move(entity)) {}
+
+    /// Entities complete so far, in order; the caller takes them.
+    std::vector<std::unique_ptr<DXFPolyline>>& Complete() { return m_Complete; }
+
+    void AddVertex(const P3& position) { m_Vertices.push_back(position); }
+    void AddMeshPosition(const P3& position) { m_Mesh.push_back(position); }
+
+    /// A face of at most three corners; corners that name no position are left out, and so is a face of less than two.
+    void AddFace(const GroupReader& groups)
+    {
+        StartFace();
+        for (const int code : {71, 72, 73}) {
+            if (!groups.Has(code)) break;
+            const long long index = std::abs(static_cast<long long>(IntOf(groups, code))) - 1;
+            if (index >= 0 && index < static_cast<long long>(m_Mesh.size()))
+                m_Vertices.push_back(m_Mesh[static_cast<std::size_t>(index)]);
+        }
+        if (m_Vertices.size() < 2) m_Vertices.clear();
+    }
+
+    void Finish()
+    {
+        if (m_IsFace && m_Vertices.empty()) return;
+        m_Entity->SetPoly(GTL::Polyline<P3>(std::move(m_Vertices)));
+        m_Complete.push_back(std::move(m_Entity));
+    }
+
+private:
+    void StartFace()
+    {
+        auto face = std::make_unique<DXFPolygon>();
+        face->SetInfo(m_Entity->GetInfo());
+        face->SetStyle(m_Entity->Style());
+        if (!m_Vertices.empty()) {
+            m_Entity->SetPoly(GTL::Polyline<P3>(std::move(m_Vertices)));
+            m_Complete.push_back(std::move(m_Entity));
+            m_Vertices.clear();
+        }
+        m_Entity = std::move(face);
+        m_IsFace = true;
+    }
+
+    std::unique_ptr<DXFPolyline> m_Entity;
+    std::vector<P3> m_Vertices;
+    std::vector<P3> m_Mesh;
+    std::vector<std::unique_ptr<DXFPolyline>> m_Complete;
+    bool m_IsFace = false;
+};
+
+ErrorString DXFFile::ReadPolyline(DXF& document)
+{
+    if (ErrorString verified = VerifyGroupData({8}); !verified) return verified;
+    const int flags = IntOf(*m_Reader, 70);
+    const bool ring = (flags & POLYLINE_CLOSED) && !(flags & POLYLINE_POLYFACE);
+    auto entity = ring ? std::make_unique<DXFPolygon>() : std::make_unique<DXFPolyline>();
+    ReadLineAttributes(entity.get(), document);
+    DXFLayer* layer = CurrentLayer(document);
+    const std::wstring layerName = layer ? std::wstring() : Widen(m_Reader->First(8));
+
+    PolylineBuilder builder(std::move(entity));
+    ErrorString result = ReadVertices(builder);
+    if (!result) return result;
+    builder.Finish();
+    for (auto& complete : builder.Complete()) {
+        if (layer) document.AddTo(*layer, complete.release());
+        else document.Add(layerName, complete.release(), true);
+    }
+    return true;
+}
+
+/// Reads VERTEX objects up to the first object of another name, which is consumed.
+ErrorString DXFFile::ReadVertices(PolylineBuilder& builder)
+{
+    for (;;) {
+        if (!ReadNextGroup()) return true;
+        if (m_Reader->Name() != "VERTEX") break;
+        P3 position;
+        if (!ReadPoint(position, 0)) return ErrorString(Message::PolylineVertices);
+        position.B(NumberOf(*m_Reader, 42, 0));
+        const int flags = IntOf(*m_Reader, 70);
+        if (!(flags & VERTEX_POLYFACE)) builder.AddVertex(position);
+        else if (flags & VERTEX_MESH_POSITION) builder.AddMeshPosition(position);
+        else builder.AddFace(*m_Reader);
+    }
+    NoteSection();
+    CountSkipped();
+    return true;
+}
+
+/// The form without block name and point is what the writer leaves of an insert: nothing to read.
+ErrorString DXFFile::ReadInsert(DXF& document)
+{
+    if (m_Reader->First(2).empty() && !m_Reader->Has(10) && !m_Reader->Has(20)) {
+        CountSkipped();
+        return true;
+    }
+    if (ErrorString verified = VerifyGroupData({8}); !verified) return verified;
+    P3 position;
+    if (ErrorString read = ReadPoint(position, 0); !read) return read;
+    auto insert = std::make_unique<DXFInsert>(Widen(m_Reader->First(2)), position, NumberOf(*m_Reader, 50, 0));
+    const auto extrusion = ExtrusionOf(*m_Reader);
+    insert->SetExtrusion({extrusion.X(), extrusion.Y(), extrusion.Z()});
+    insert->SetScale({NumberOf(*m_Reader, 41, 1), NumberOf(*m_Reader, 42, 1), NumberOf(*m_Reader, 43, 1)});
+    if (m_Reader->Has(70)) insert->SetRowCount(IntOf(*m_Reader, 70));
+    if (m_Reader->Has(44)) insert->SetRowSpacing(NumberOf(*m_Reader, 44, 0));
+    if (m_Reader->Has(71)) insert->SetColumnCount(IntOf(*m_Reader, 71));
+    if (m_Reader->Has(45)) insert->SetColumnSpacing(NumberOf(*m_Reader, 45, 0));
+    insert->SetDXF(m_ReadState->document);
+    ReadColor(insert.get(), document);
+    return AddEntity(document, insert.release());
+}
