@@ -46,7 +46,8 @@ LIBRARY_HEADER = re.compile(
 CITATIONS = [
     (re.compile(r"\bPart[ ]\d+\.\d+"), "cites a numbered document"),
     (re.compile(r"\bissues?[ ]#?\d+\b", re.IGNORECASE), "cites a ticket"),
-    (re.compile(r"(?<!format )\bspecific[a]tions?\b", re.IGNORECASE), "cites a document instead of stating the fact"),
+    (re.compile(r"(?<!format )\bspecific[a]tions?\b", re.IGNORECASE),
+     "cites a document instead of stating the fact"),
     (re.compile(r"(?<![\w.$}/])/(?:home|work|root|tmp|Users)[/]\w"), "names a folder of one machine"),
 ]
 

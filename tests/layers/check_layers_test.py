@@ -15,9 +15,11 @@ check_layers = importlib.util.module_from_spec(SPEC)
 SPEC.loader.exec_module(check_layers)
 
 CLEAN = {
-    "src/platform/File.h": "#pragma once\n#ifdef _WIN32\n#include <windows.h>\n#else\n#include <unistd.h>\n#endif\n",
+    "src/platform/File.h": "#pragma once\n#ifdef _WIN32\n#include <windows.h>\n#else\n"
+                           "#include <unistd.h>\n#endif\n",
     "src/support/Point.h": '#pragma once\n#include "platform/File.h"\n#include <vector>\n',
-    "src/model/Line.h": '#pragma once\n#include "support/Point.h"\n// A part 3.1 units long\n// By the TGA file format specification.\n',
+    "src/model/Line.h": '#pragma once\n#include "support/Point.h"\n// A part 3.1 units long\n'
+                        '// By the TGA file format specification.\n',
     "src/dxf/Reader.cpp": '#include "model/Line.h"\n#include <string>\n',
     "src/clip/Clipper.h": '#pragma once\n#include "support/Point.h"\n',
     "tools/main.cpp": '#include "dxf/Reader.h"\n#include <cstdio>\n',
