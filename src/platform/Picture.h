@@ -17,8 +17,7 @@
 /// COLOR_KEY (red 254, green 255, blue 255) whatever the file stored below it, and a pixel that is not
 /// transparent but has exactly that colour is changed to red 255, so that it is not keyed out. This holds for
 /// every format that can be transparent: TIFF, PNG, GIF, TGA with attribute bits, BMP with an alpha mask.
-struct Picture
-{
+struct Picture {
     /// The colour that stands for "transparent", with alpha 0.
     static constexpr std::uint32_t COLOR_KEY = 0x00FEFFFF;
 
@@ -38,8 +37,9 @@ struct Picture
 /// Null when there is no picture in the end; `reason`, if given, then says why in one clause ("no such file",
 /// "not a BMP file"). Nothing is believed: no more than a fixed multiple of the bytes that are present is
 /// ever allocated, apart from 2^20 pixels that any picture may have. A file that ends too early loads when
-/// its header and palette are whole; what is missing is black. Of several pages, frames or resolutions the
-/// first is taken.
+/// its header and palette are whole; what is missing is black (the first colour of the palette in a
+/// run-length coded BMP); of TIFF whole strips and tiles are shown. Of several pages, frames or resolutions
+/// the first is taken.
 [[nodiscard]] HALYARD_API std::shared_ptr<const Picture> LoadPicture(const std::wstring& fileName,
                                                                      std::wstring* reason = nullptr);
 

@@ -3,11 +3,14 @@
 #include <cstdio>
 #include <vector>
 
+#include <jerror.h>
 #include <jpeglib.h>
 
 #include "platform/picture/Decoders.h"
 
 namespace {
+constexpr Complaint UNSUPPORTED = L"a kind of JPEG that is not supported";
+
 /// What libjpeg's callbacks reach. The library's structures come first, so that a pointer to one is a pointer
 /// to this.
 struct JpegErrors {
@@ -176,28 +179,37 @@ void ConvertRow(JpegState& state, std::uint32_t* pixels)
     ConvertCmyk(samples, pixels, width, state.decoder.saw_Adobe_marker != 0);
 }
 
+/// Lossless files and those of 12 bits are no damage.
+void NoteKind(JpegState& state)
+{
+    const int code = state.errors.manager.msg_code;
+    if (code == JERR_BAD_PRECISION || code == JERR_SOF_UNSUPPORTED) state.complaint = UNSUPPORTED;
+}
+
 /// libjpeg's errors jump back to here. Nothing with a destructor may live in this function.
 void Run(JpegState& state)
 {
     jpeg_decompress_struct& decoder = state.decoder;
-    if (setjmp(state.errors.escape) != 0) return;
+    if (setjmp(state.errors.escape) != 0) return NoteKind(state);
     jpeg_create_decompress(&decoder);
     decoder.src = &state.input.manager;
     decoder.progress = &state.progress.manager;
     jpeg_read_header(&decoder, TRUE);
     if (!ChooseColors(decoder)) {
-        state.complaint = L"a kind of JPEG that is not supported";
+        state.complaint = UNSUPPORTED;
         return;
     }
-    state.complaint = AllocateFor(state);
-    if (state.complaint) return;
-
-    // From here on what cannot be read stays black.
+    if (const Complaint complaint = AllocateFor(state)) {
+        state.complaint = complaint;
+        return;
+    }
     jpeg_start_decompress(&decoder);
     while (decoder.output_scanline < decoder.output_height) {
         JSAMPROW row = state.row.data();
         const JDIMENSION y = decoder.output_scanline;
         if (jpeg_read_scanlines(&decoder, &row, 1) != 1) return;
+        // With the first row there is a picture; what cannot be read after it stays black.
+        state.complaint = nullptr;
         ConvertRow(state, Pixels::Row(*state.picture, y));
     }
 }

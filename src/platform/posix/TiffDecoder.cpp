@@ -12,16 +12,31 @@
 #include "platform/picture/Decoders.h"
 
 namespace {
+/// A file of ordinary size is held in memory as a whole: libtiff takes tiles of odd sizes only from files
+/// that it believes to be mapped, and a private copy cannot shrink under it. A larger file is read piece by
+/// piece.
 struct TiffInput {
-    ByteSource* source;
-    std::uint64_t position;
+    static constexpr std::uint64_t LARGEST_HELD = std::uint64_t{1} << 30;
+
+    explicit TiffInput(ByteSource& whole) : source(whole), size(whole.Size())
+    {
+        if (size > LARGEST_HELD) return;
+        bytes.resize(static_cast<std::size_t>(size));
+        bytes.resize(source.ReadAt(0, bytes.data(), bytes.size()));
+        size = bytes.size();
+    }
+
+    ByteSource& source;
+    std::uint64_t size;
+    std::uint64_t position = 0;
+    std::vector<std::uint8_t> bytes;
 };
 
 tmsize_t ReadBytes(thandle_t handle, void* bytes, tmsize_t count)
 {
     auto* input = static_cast<TiffInput*>(handle);
     if (count < 0) return -1;
-    const std::size_t got = input->source->ReadAt(input->position, bytes, static_cast<std::size_t>(count));
+    const std::size_t got = input->source.ReadAt(input->position, bytes, static_cast<std::size_t>(count));
     input->position += got;
     return static_cast<tmsize_t>(got);
 }
@@ -36,9 +51,7 @@ toff_t SeekTo(thandle_t handle, toff_t offset, int origin)
     auto* input = static_cast<TiffInput*>(handle);
     // An offset from the position or the end may be negative, carried in an unsigned number that wraps
     // around.
-    const std::uint64_t base = origin == SEEK_CUR   ? input->position
-                               : origin == SEEK_END ? input->source->Size()
-                                                    : 0;
+    const std::uint64_t base = origin == SEEK_CUR ? input->position : origin == SEEK_END ? input->size : 0;
     input->position = base + offset;
     return input->position;
 }
@@ -50,8 +63,18 @@ int CloseNothing(thandle_t)
 
 toff_t SizeOf(thandle_t handle)
 {
-    return static_cast<TiffInput*>(handle)->source->Size();
+    return static_cast<TiffInput*>(handle)->size;
 }
+
+int Map(thandle_t handle, void** bytes, toff_t* size)
+{
+    auto* input = static_cast<TiffInput*>(handle);
+    *bytes = input->bytes.data();
+    *size = input->bytes.size();
+    return input->bytes.empty() ? 0 : 1;
+}
+
+void Unmap(thandle_t, void*, toff_t) {}
 
 /// Keeps libtiff's messages from the handlers of the process, which are the host's.
 int IgnoreMessage(TIFF*, void*, const char*, const char*, va_list)
@@ -80,9 +103,8 @@ Tiff Open(TiffInput& input, tmsize_t largestBlock)
     TIFFOpenOptionsSetErrorHandlerExtR(options.get(), IgnoreMessage, nullptr);
     TIFFOpenOptionsSetWarningHandlerExtR(options.get(), IgnoreMessage, nullptr);
     TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), largestBlock);
-    // "m": never mapped into memory.
-    return Tiff(TIFFClientOpenExt("picture", "rm", &input, ReadBytes, WriteBytes, SeekTo, CloseNothing,
-                                  SizeOf, nullptr, nullptr, options.get()));
+    return Tiff(TIFFClientOpenExt("picture", "r", &input, ReadBytes, WriteBytes, SeekTo, CloseNothing, SizeOf,
+                                  Map, Unmap, options.get()));
 }
 
 bool HasGeoKeys(TIFF* tiff)
@@ -142,16 +164,58 @@ std::uint32_t Converted(std::uint32_t abgr)
     return Pixels::FromRgba(divided(TIFFGetR(abgr)), divided(TIFFGetG(abgr)), divided(TIFFGetB(abgr)), alpha);
 }
 
-bool ReadPixels(TIFF* tiff, Picture& picture)
+/// Reads one strip or tile. False, with nothing changed, when it cannot be read.
+bool ReadBlock(TIFFRGBAImage& image, std::uint32_t width, std::uint32_t height, Picture& picture)
 {
+    std::vector<std::uint32_t> block(std::size_t{width} * height, Pixels::OPAQUE_BLACK);
+    if (TIFFRGBAImageGet(&image, block.data(), width, height) == 0) return false;
+    const auto top = static_cast<std::uint32_t>(image.row_offset);
+    for (std::uint32_t y = 0; y < height; ++y) {
+        std::copy_n(block.data() + std::size_t{y} * width, width,
+                    Pixels::Row(picture, std::uint64_t{top} + y) + image.col_offset);
+    }
+    return true;
+}
+
+/// Reads one strip or tile after the other, for files whose first one is missing or damaged: libtiff gives up
+/// there. False when none can be read.
+bool ReadByBlocks(TIFF* tiff, TIFFRGBAImage& image, Picture& picture)
+{
+    const bool isTiled = TIFFIsTiled(tiff) != 0;
+    std::uint32_t width = image.width;
+    std::uint32_t height = image.height;
+    TIFFGetFieldDefaulted(tiff, isTiled ? TIFFTAG_TILELENGTH : TIFFTAG_ROWSPERSTRIP, &height);
+    if (isTiled) TIFFGetFieldDefaulted(tiff, TIFFTAG_TILEWIDTH, &width);
+    // Turned pictures would need their blocks in another order.
+    if (width == 0 || height == 0 || image.orientation != ORIENTATION_TOPLEFT) return false;
+
+    bool isAnyRead = false;
+    for (std::uint64_t y = 0; y < image.height; y += height) {
+        for (std::uint64_t x = 0; x < image.width; x += width) {
+            image.row_offset = static_cast<int>(y);
+            image.col_offset = static_cast<int>(x);
+            const auto columns = static_cast<std::uint32_t>(std::min<std::uint64_t>(width, image.width - x));
+            const auto rows = static_cast<std::uint32_t>(std::min<std::uint64_t>(height, image.height - y));
+            isAnyRead |= ReadBlock(image, columns, rows, picture);
+        }
+    }
+    return isAnyRead;
+}
+
+Complaint ReadPixels(TIFF* tiff, Picture& picture)
+{
+    std::uint16_t compression = COMPRESSION_NONE;
+    TIFFGetFieldDefaulted(tiff, TIFFTAG_COMPRESSION, &compression);
+    if (!TIFFIsCODECConfigured(compression)) return L"a compression of TIFF that is not supported";
     char message[1024] = {};
     TIFFRGBAImage image = {};
-    if (!TIFFRGBAImageBegin(&image, tiff, 0, message)) return false;
+    if (!TIFFRGBAImageBegin(&image, tiff, 0, message)) return L"a kind of TIFF that is not supported";
     image.req_orientation = ORIENTATION_TOPLEFT;
-    // What cannot be read stays black.
-    (void)TIFFRGBAImageGet(&image, picture.pixels.data(), image.width, image.height);
+    // Strips and tiles that cannot be read stay black, unless all are such.
+    const bool isRead = TIFFRGBAImageGet(&image, picture.pixels.data(), image.width, image.height) != 0
+                        || ReadByBlocks(tiff, image, picture);
     TIFFRGBAImageEnd(&image);
-    return true;
+    return isRead ? nullptr : L"no part of the TIFF file can be read";
 }
 } // namespace
 
@@ -160,7 +224,7 @@ Complaint DecodeTiff(ByteSource& source, Picture& picture)
     // Strips and tiles of the largest picture fit, with eight bytes a pixel; libtiff itself holds blocks that
     // it reads against the size of the file.
     constexpr tmsize_t LARGEST_BLOCK = static_cast<tmsize_t>(Picture::MAX_PIXELS * 8);
-    TiffInput input = {&source, 0};
+    TiffInput input(source);
     const Tiff tiff = Open(input, LARGEST_BLOCK);
     if (!tiff) return L"not a TIFF file, or a damaged one";
     std::uint32_t width = 0;
@@ -169,7 +233,7 @@ Complaint DecodeTiff(ByteSource& source, Picture& picture)
     TIFFGetField(tiff.get(), TIFFTAG_IMAGELENGTH, &height);
     const std::uint64_t backed = PixelsBacked(tiff.get(), source.Size(), width);
     if (const Complaint complaint = Pixels::Allocate(picture, width, height, backed)) return complaint;
-    if (!ReadPixels(tiff.get(), picture)) return L"a kind of TIFF that is not supported";
+    if (const Complaint complaint = ReadPixels(tiff.get(), picture)) return complaint;
     picture.isGeoReferenced = HasGeoKeys(tiff.get());
     std::transform(picture.pixels.begin(), picture.pixels.end(), picture.pixels.begin(), Converted);
     Pixels::KeyOutTransparent(picture);
