@@ -152,10 +152,12 @@ private:
     ErrorString OpenWrite(const std::wstring& fileName);
     void ResetWriter();
     void WriteEntities(const DXF& document, const std::atomic<bool>& keepGoing);
-    void WriteEntity(const DXFEntity& entity);
+    void WriteEntity(DXFEntity& entity);
     void WriteHandleSeed();
     int TakeHandle();
     std::wstring GetFreeHandle();
+    static std::wstring HandleText(int handle);
+    static const std::wstring& WrittenLayerName(const std::wstring& name);
     void SetCurrentLayer(const std::wstring& name);
     void WriteGroups(std::string_view groups) { m_Output.Write(groups.data(), groups.size()); }
     void WriteGroups(std::span<const FixedGroup> groups);
@@ -181,6 +183,7 @@ private:
     void WriteHeader(DXF& document);
     void WriteClasses();
     void WriteTables(const DXF& document);
+    void WriteRecordHead(std::string_view type, std::string_view recordClass);
     void WriteLineTypes(const DXF& document);
     void WriteLayers(const DXF& document);
     void WriteTextStyles(const DXF& document);
@@ -190,19 +193,22 @@ private:
     static std::wstring MakeSafeName(const std::wstring& name);
 
     // Writing: images before anything else, dictionaries after it (WriterObjects.cpp)
+    static DXFImage* ImageOf(DXFEntity& entity);
     void PrepareImages(const DXF& document);
-    void WriteObjects(const DXF& document);
-    void WriteDictionary(const DXF& document);
+    DXFImageDef& AddImageDef(const DXFImage& image);
+    void QueueReactor(const DXFImage& image, int imageHandle);
+    void WriteObjects();
+    void WriteDictionary();
     void WriteImageDictionary();
-    void WriteImageDef(const DXF& document);
+    void WriteImageDef();
 
     // Writing: bodies of entities (EntityWriters.cpp)
     void WriteVertex(const P3& vertex, std::string_view head, bool withZ);
     void WriteVertices(const DXFPolyline& polyline, std::string_view head, bool withZ);
     void WriteLineData(const DXFLineBase& entity);
-    void WriteCorners(const P3& first, const P3& second, const P3& third, const P3& fourth);
     void WriteNormal(const GTL::Vector3D<double>& normal);
     void WriteStyleName(const std::wstring& font);
+    void WriteContent(const DXFMText& text);
     void WriteClipBoundary(const DXFImage& image);
 
     // Reader state
@@ -222,6 +228,7 @@ private:
     std::string m_CurrentLayer; ///< group 8 of the layer that is being written
     std::string m_StyleName;    ///< group 7 of the font below
     std::wstring m_StyleFont;
+    std::string m_Prefix; ///< of the MTEXT that is being written
     int m_RasterVariables = 0; ///< handle; 0 without images, as the next
     int m_ImageDictionary = 0;
     std::list<std::unique_ptr<DXFImageDef>> m_ImageDefs;
