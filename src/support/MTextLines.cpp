@@ -11,7 +11,7 @@ namespace {
 constexpr wchar_t NON_BREAKING_BLANK = 0xA0;
 constexpr char32_t DEGREE_SIGN = 0xB0;
 constexpr char32_t PLUS_MINUS_SIGN = 0xB1;
-constexpr char32_t DIAMETER_SIGN = 0x2205;
+constexpr char32_t DIAMETER_SIGN = 0xD8;
 constexpr char32_t REPLACEMENT_CHARACTER = 0xFFFD;
 
 bool IsHighSurrogate(char32_t c)

@@ -1,0 +1,189 @@
+#include "support/CRCChecksum.h"
+#include "support/CRCFile.h"
+#include "support/HashedString.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+unsigned int ChecksumOf(std::string_view bytes)
+{
+    CRCChecksum checksum;
+    checksum.Update(bytes.data(), bytes.size());
+    return checksum.Value();
+}
+
+/// Bit by bit, as the polynomial division is defined.
+unsigned int ChecksumBySteps(std::string_view bytes)
+{
+    unsigned int rest = 0xFFFFFFFFU;
+    for (const char c : bytes) {
+        rest ^= static_cast<unsigned char>(c);
+        for (int bit = 0; bit < 8; ++bit) rest = rest & 1 ? rest >> 1 ^ 0xEDB88320U : rest >> 1;
+    }
+    return ~rest;
+}
+
+/// A file of this process in the system's folder for such; gone with this object.
+class TemporaryFile {
+public:
+    TemporaryFile() : m_Path(std::filesystem::path(::testing::TempDir()) / UniqueName()) {}
+    ~TemporaryFile() { std::filesystem::remove(m_Path); }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+    std::wstring Name() const { return m_Path.wstring(); }
+    std::string Content() const
+    {
+        std::ifstream in(m_Path, std::ios::binary);
+        return {std::istreambuf_iterator<char>(in), {}};
+    }
+
+private:
+    static std::string UniqueName()
+    {
+        return "halyard-" + std::string(::testing::UnitTest::GetInstance()->current_test_info()->name())
+               + std::to_string(std::random_device()());
+    }
+
+    std::filesystem::path m_Path;
+};
+
+} // namespace
+
+TEST(CRCChecksum, HasThePublishedCheckValues)
+{
+    EXPECT_EQ(ChecksumOf("123456789"), 0xCBF43926U);
+    EXPECT_EQ(ChecksumOf(""), 0U);
+    EXPECT_EQ(ChecksumOf("The quick brown fox jumps over the lazy dog"), 0x414FA339U);
+    EXPECT_EQ(ChecksumOf(std::string(32, '\0')), 0x190A55ADU);
+    EXPECT_EQ(ChecksumOf(std::string(32, '\xFF')), 0xFF6CAB0BU);
+}
+
+TEST(CRCChecksum, IsThatOfTheDivisionForEveryLengthAndSplit)
+{
+    std::mt19937 random(5);
+    std::string bytes(300, '\0');
+    for (char& c : bytes) c = static_cast<char>(random());
+    for (std::size_t length = 0; length <= 100; ++length) {
+        const std::string_view part(bytes.data() + length % 7, length);
+        EXPECT_EQ(ChecksumOf(part), ChecksumBySteps(part)) << length;
+    }
+    CRCChecksum pieces;
+    for (std::size_t at = 0, size = 0; at < bytes.size(); at += size, size = random() % 40)
+        pieces.Update(bytes.data() + at, std::min(size, bytes.size() - at));
+    CRCChecksum whole;
+    whole.Update(bytes.data(), bytes.size());
+    EXPECT_EQ(whole.Value(), ChecksumBySteps(bytes));
+}
+
+TEST(CRCChecksum, FoldsAnIntAsFourBytesLowestFirst)
+{
+    CRCChecksum checksum;
+    checksum += 0x34333231; // "1234"
+    checksum += 0x38373635; // "5678"
+    checksum.Update("9", 1);
+    EXPECT_EQ(checksum.Value(), 0xCBF43926U);
+
+    const std::vector<int> values{1, -2, 0x7FFFFFFF, 40000, -5, 6};
+    for (std::size_t count = 0; count <= values.size(); ++count) {
+        CRCChecksum single;
+        for (std::size_t i = 0; i < count; ++i) single += values[i];
+        CRCChecksum together;
+        together.UpdateInts(values.data(), count);
+        EXPECT_EQ(together.Value(), single.Value()) << count;
+    }
+}
+
+TEST(HashedString, HashesItsUpperCasedCharactersAsInts)
+{
+    // 'A' and '\xE9' as four bytes each, lowest first.
+    EXPECT_EQ(HashedString<wchar_t>(L"a\xE9").Hash(),
+              ChecksumBySteps(std::string_view("A\0\0\0\xE9\0\0\0", 8)));
+    std::string long20;
+    for (int i = 0; i < 20; ++i) long20 += std::string("X\0\0\0", 4);
+    EXPECT_EQ(HashedString<wchar_t>(std::wstring(20, L'x')).Hash(), ChecksumBySteps(long20));
+    EXPECT_EQ(HashedString<wchar_t>().Hash(), 0U);
+}
+
+TEST(HashedString, NamesTheSameWithoutRegardToCase)
+{
+    const HashedString<wchar_t> lower(L"wall-02");
+    const HashedString<wchar_t> upper(L"WALL-02");
+    EXPECT_EQ(lower.Hash(), upper.Hash());
+    EXPECT_TRUE(lower == upper);
+    EXPECT_EQ(lower.Text(), L"wall-02") << "the text stays as given";
+    EXPECT_FALSE(lower == HashedString<wchar_t>(L"wall-03"));
+}
+
+TEST(CRCFile, KeepsTheChecksumOfWhatPassesThrough)
+{
+    TemporaryFile place;
+    CRCFile out;
+    ASSERT_TRUE(out.Open(place.Name(), L"wb+"));
+    EXPECT_EQ(out.Write("123456789", 1, 9), 9U);
+    EXPECT_EQ(out.Tell(), 9U);
+    EXPECT_EQ(out.Checksum(), 0xCBF43926U);
+    EXPECT_TRUE(out.Close());
+    EXPECT_EQ(place.Content(), "123456789") << "closing appends nothing";
+
+    CRCFile in;
+    char buffer[100];
+    ASSERT_TRUE(in.Open(place.Name(), L"rb"));
+    EXPECT_EQ(in.Read(buffer, 4, 25), 2U) << "whole items only";
+    EXPECT_EQ(in.Checksum(), 0xCBF43926U) << "all bytes that came";
+    EXPECT_EQ(in.Read(buffer, 1, 1), 0U);
+    ASSERT_TRUE(in.Open(place.Name(), L"rb"));
+    EXPECT_EQ(in.Checksum(), 0U) << "a file opened anew starts anew";
+}
+
+TEST(CRCFile, SeeksFromStartPositionAndEnd)
+{
+    TemporaryFile place;
+    CRCFile file;
+    ASSERT_TRUE(file.Open(place.Name(), L"wb+"));
+    ASSERT_EQ(file.Write("0123456789", 10, 1), 1U);
+    EXPECT_TRUE(file.Seek(2, SEEK_SET));
+    EXPECT_TRUE(file.Seek(3, SEEK_CUR));
+    EXPECT_EQ(file.Tell(), 5U);
+    EXPECT_TRUE(file.Seek(-1, SEEK_END));
+    EXPECT_EQ(file.Tell(), 9U);
+    EXPECT_FALSE(file.Seek(-1, SEEK_SET));
+    EXPECT_FALSE(file.Seek(0, 77));
+    EXPECT_EQ(file.Tell(), 9U);
+}
+
+TEST(CRCFile, SaysWhichFileWouldNotOpen)
+{
+    CRCFile file;
+    const std::wstring name = L"no such folder/plan.plt";
+    const ErrorString reading = file.Open(name, L"rb");
+    EXPECT_FALSE(reading);
+    EXPECT_EQ(reading.Text().find(L"Error opening file \"" + name + L"\" for reading!"), 0U);
+    EXPECT_EQ(ErrorString::LastError().Text(), reading.Text());
+    EXPECT_EQ(file.Open(name, L"wb").Text().find(L"Error opening file \"" + name + L"\" for writing!"), 0U);
+    EXPECT_FALSE(file.Open(name, nullptr));
+}
+
+TEST(CRCFile, ClosedOrAskedForNonsenseTransfersNothing)
+{
+    CRCFile file;
+    char byte = 0;
+    EXPECT_EQ(file.Read(&byte, 1, 1), 0U);
+    EXPECT_EQ(file.Write(&byte, 1, 1), 0U);
+    EXPECT_EQ(file.Tell(), 0U);
+    EXPECT_FALSE(file.Seek(0, SEEK_SET));
+    EXPECT_FALSE(file.Close());
+    TemporaryFile place;
+    ASSERT_TRUE(file.Open(place.Name(), L"wb+"));
+    EXPECT_EQ(file.Write(&byte, 0, 5), 0U);
+    EXPECT_EQ(file.Write(&byte, static_cast<std::size_t>(-1) / 2, 3), 0U);
+    EXPECT_EQ(file.Checksum(), 0U);
+}
