@@ -52,7 +52,8 @@ public:
     ErrorString OpenRead(const std::wstring& fileName);
     /// Replaces the contents of the document by those of the file. With clearAll the whole document is cleared first,
     /// otherwise only the contents of its layers. On failure, or when the flag stopped it, the document is cleared in the
-    /// same way; being stopped is a success. Data that break off end the reading with what was whole.
+    /// same way; being stopped is a success. Data that break off end the reading with what was whole: an object cut
+    /// short at the end of the data is dropped when there are entities before it.
     ErrorString Read(const std::wstring& fileName, DXF& document, const std::atomic<bool>& keepGoing, bool clearAll);
     /// Writes the whole document. Only a file that cannot be opened is a failure; what happens to the output later is
     /// kept for WriteFailed. When the flag is cleared the file is completed without the rest of the entities.
@@ -119,6 +120,7 @@ private:
     void ReadLineStyle(DXFLineBase* entity, DXF& document);
     void AddHandle(int handle);
     ErrorString EndOfReading(int status);
+    bool BrokeOff(const DXF& document) const;
     void CountSkipped();
     void NoteHandle();
     void NoteSection();

@@ -155,8 +155,20 @@ ErrorString DXFFile::ReadObjects(DXF& document, const std::atomic<bool>& keepGoi
     for (;;) {
         if (!ReadNextGroup()) return true;
         if (!keepGoing.load(std::memory_order_relaxed)) return true;
-        if (ErrorString processed = ProcessGroup(document); !processed) return processed;
+        const ErrorString processed = ProcessGroup(document);
+        if (!!processed) continue;
+        if (!BrokeOff(document)) return processed;
+        m_Ending = EARLY;
+        m_EndLine = m_Reader->Line();
+        m_EndReason = processed.Text();
+        return true;
     }
+}
+
+/// True when the data ended within the object at hand and there is something whole before it that must not be lost.
+bool DXFFile::BrokeOff(const DXF& document) const
+{
+    return m_Reader->AtEnd() && m_ReadState->blocksDepth == 0 && document.NumEntities() > 0;
 }
 
 bool DXFFile::ReadLine(std::wstring& line)

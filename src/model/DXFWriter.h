@@ -19,6 +19,9 @@ class DXFText;
 /// Write of this class does nothing. A polygon comes as a polygon, never as a polyline.
 class HALYARD_API DXFWriter {
 public:
+    DXFWriter() = default;
+    DXFWriter(const DXFWriter&) = default;
+    DXFWriter& operator=(const DXFWriter&) = default;
     virtual ~DXFWriter() = default;
     virtual void Write(const DXFInsert&) {}
     virtual void Write(const DXF3dFace&) {}
@@ -32,9 +35,4 @@ public:
     virtual void Write(const DXFSolid&) {}
     virtual void Write(const DXFPoint&) {}
     virtual void Write(const DXFLine&) {}
-
-protected:
-    DXFWriter() = default;
-    DXFWriter(const DXFWriter&) = default;
-    DXFWriter& operator=(const DXFWriter&) = default;
 };
