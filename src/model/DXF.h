@@ -5,26 +5,30 @@
 
 #include <deque>
 #include <map>
+#include <set>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 class DXFFile;
 
-/// A drawing: named layers in drawing order (the first is drawn first), named blocks, an active layer. A new document has
-/// one layer, "0", which is active.
+/// A drawing: named layers in drawing order (the first is drawn first), named blocks, an active layer. A new
+/// document has one layer, "0", which is active.
 ///
-/// Names of layers are compared without regard to case, names of blocks with it. Copies of a document share its layers
-/// and blocks; the last document that holds one frees it. Extents, BringToFront, MoveToBack and SetLayerOrder take the
-/// document's lock; around everything else callers in several threads bracket with Lock and Unlock.
+/// Names of layers are compared without regard to case, names of blocks with it. Copies of a document share
+/// its layers and blocks; the last document that holds one frees it. Extents, BringToFront, MoveToBack and
+/// SetLayerOrder take the document's lock; around everything else callers in several threads bracket with
+/// Lock and Unlock.
 ///
-/// Long operations take a flag owned by the caller, which another thread may clear: they go on while it reads true.
+/// Long operations take a flag owned by the caller, which another thread may clear: they go on while it reads
+/// true.
 class HALYARD_API DXF {
 public:
     using BlockMap = std::map<std::wstring, DXFBlock*>;
 
     DXF();
-    /// Shares the layers and blocks of the source; inserts in them go on resolving their blocks in the source.
+    /// Shares the layers and blocks of the source. Inserts in them go on resolving their blocks in the
+    /// source; when a document lets go of a layer or block that another one has too, inserts there that
+    /// resolved in it turn to the other.
     DXF(const DXF& other);
     DXF& operator=(const DXF& other);
     virtual ~DXF();
@@ -47,7 +51,8 @@ public:
     bool HasLayer(const HashedString<wchar_t>& name) const;
     bool HasLayer(const wchar_t* name) const;
     bool HasLayer(const std::wstring& name) const;
-    /// By name: only in its stored case, otherwise null. By hashed name: in any case. By position: not checked.
+    /// By name: only in its stored case, otherwise null. By hashed name: in any case. By position: not
+    /// checked.
     DXFLayer* operator[](const wchar_t* name);
     const DXFLayer* operator[](const wchar_t* name) const;
     DXFLayer* operator[](const std::wstring& name);
@@ -73,13 +78,14 @@ public:
 
     /// Takes ownership and returns the entity; without an active layer deletes it and returns null.
     DXFEntity* Add(DXFEntity* entity);
-    /// To the layer of that name ("" is "0"). A layer that is missing is made when createLayer is set; when it cannot
-    /// be made the entity goes to the last named layer. Otherwise the entity is deleted and null returned.
+    /// To the layer of that name ("" is "0"). A layer that is missing is made when createLayer is set; when
+    /// it cannot be made the entity goes to the last named layer. Otherwise the entity is deleted and null
+    /// returned.
     DXFEntity* Add(const wchar_t* layerName, DXFEntity* entity, bool createLayer);
     DXFEntity* Add(const std::wstring& layerName, DXFEntity* entity, bool createLayer);
 
-    /// A new block under the name, owned by the document. A block that had the name before is found no more, but lives
-    /// on until the document goes.
+    /// A new block under the name, owned by the document. A block that had the name before is found no more,
+    /// but lives on until the document goes.
     DXFBlock* AddBlock(const wchar_t* name);
     DXFBlock* AddBlock(const std::wstring& name);
     bool HasBlock(const wchar_t* name) const;
@@ -95,14 +101,15 @@ public:
     bool IsLayerUsedInBlock(const std::wstring& layerName) const;
 
     /// Hands the entities of all visible layers whose box meets the view to the writer, in drawing order.
-    void Draw(DXFWriter& writer, const GTL::Extents2D<double>& view, const std::atomic<bool>& keepGoing) const;
+    void Draw(DXFWriter& writer, const GTL::Extents2D<double>& view,
+              const std::atomic<bool>& keepGoing) const;
     /// Box of all layers; invalid when none has one.
     GTL::Extents3D<double> Extents();
     void Transform(const GTL::Transformation<GTL::Point3D<double>>& t, const std::atomic<bool>& keepGoing);
     /// Cuts all layers down to the context's rectangle; layers left empty are removed, "0" too.
     void Clip(DXFClipContext& context, const std::atomic<bool>& keepGoing);
-    /// Replaces the contents by those of a DXF file. With clearAll the whole document is cleared first (and after a
-    /// failure), otherwise only the contents of its layers.
+    /// Replaces the contents by those of a DXF file. With clearAll the whole document is cleared first (and
+    /// after a failure), otherwise only the contents of its layers.
     ErrorString Read(const std::wstring& fileName, const std::atomic<bool>& keepGoing, bool clearAll);
     /// Writes a DXF file; an export mode above 0 adds true colours.
     ErrorString Write(const std::wstring& fileName, const std::atomic<bool>& keepGoing, int exportMode);
@@ -113,16 +120,50 @@ public:
 
 private:
     friend class DXFFile;
+    friend class DXFInsert;
+    friend class DXFLayer;
     using Layers = std::deque<DXFLayer*>;
+    /// By hash, then by text without regard to case: no choice of names makes a look-up slow.
+    struct ByName {
+        using is_transparent = void;
+        bool operator()(const HashedString<wchar_t>& a, const HashedString<wchar_t>& b) const;
+        bool operator()(const DXFLayer* a, const DXFLayer* b) const
+        {
+            return (*this)(a->HashName(), b->HashName());
+        }
+        bool operator()(const DXFLayer* a, const HashedString<wchar_t>& b) const
+        {
+            return (*this)(a->HashName(), b);
+        }
+        bool operator()(const HashedString<wchar_t>& a, const DXFLayer* b) const
+        {
+            return (*this)(a, b->HashName());
+        }
+    };
 
     Layers::iterator LayerIterator(const HashedString<wchar_t>& name);
     Layers::const_iterator LayerIterator(const HashedString<wchar_t>& name) const;
     DXFLayer* Find(const HashedString<wchar_t>& name) const;
+    /// Adds to a layer of this document and makes it the last named one.
     DXFEntity* AddTo(DXFLayer& layer, DXFEntity* entity);
-    void Index(DXFLayer& layer) const;
-    void Forget(const DXFLayer* layer);
+    /// Puts the layer into the look-up or takes it out. While it is in, its name must not change.
+    void Index(DXFLayer& layer) { m_LayersByName.insert(&layer); }
+    void Unindex(DXFLayer& layer);
+    DXFLayer* AppendLayer(const std::wstring& name);
+    /// Puts a layer on top of all others.
+    void MoveToEnd(Layers::iterator place);
+    /// For a layer that has just left the queue: empties the places that name it and destroys it, unless
+    /// another document has it too.
+    void Forget(DXFLayer* layer);
+    struct Contents;
+    /// Leaves the document without layers and blocks.
+    Contents TakeContents();
     void Share(const DXF& other);
-    void ReleaseAll();
+    void Release(Contents contents);
+    void Release(DXFLayer* layer);
+    void Release(DXFBlock* block);
+    /// Inserts of the layer that resolve in this document turn to another.
+    void TurnInserts(DXFLayer& layer, DXF* heir);
 
     ::Lock m_Lock;
     Layers m_Layers;
@@ -132,6 +173,6 @@ private:
     DXFLayer* m_LastNamedLayer = nullptr;
     unsigned int m_ModifiedID;
     int m_Flag = 1;
-    mutable std::unordered_multimap<unsigned int, DXFLayer*> m_LayersByHash;
-    mutable unsigned int m_IndexedRenames = 0;
+    std::multiset<DXFLayer*, ByName> m_LayersByName; ///< the layers of the queue, for the look-up by name
+    bool m_ResolvesInserts = false;                  ///< an insert has been given this document
 };

@@ -7,10 +7,12 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 class DXF;
 
-/// A named block: a base point, a few attributes of the DXF format, and a document of its own that holds its entities.
+/// A named block: a base point, a few attributes of the DXF format, and a document of its own that holds its
+/// entities.
 class HALYARD_API DXFBlock {
 public:
     /// The name is not checked; it is case-sensitive.
@@ -39,10 +41,12 @@ public:
     DXF* GetDXF() { return m_DXF.get(); }
 
     void Clear();
-    /// Box of the block's document, kept once it is known: fill a block before asking.
+    /// Box of the block's document, kept once it is known: fill a block before asking. A block that holds
+    /// inserts of itself, directly or through others, is empty inside itself.
     const GTL::Extents3D<double>& Extents() const;
 
-    /// For the host's bookkeeping; the library calls neither. DecRefCount is true when the count was 0 or has become 0.
+    /// For the host's bookkeeping; the library calls neither. DecRefCount is true when the count was 0 or has
+    /// become 0.
     void IncRefCount() { ++m_RefCount; }
     bool DecRefCount();
 
@@ -59,6 +63,7 @@ protected:
 
 private:
     friend class DXF;
+    friend class BlockBoxes;
 
     ::Lock m_Lock;
     GTL::Point3D<double> m_BasePoint;
@@ -71,7 +76,7 @@ private:
     mutable GTL::Extents3D<double> m_Extents;
     std::unique_ptr<DXF> m_DXF;
     unsigned int m_RefCount = 0;
-    unsigned int m_Owners = 0; ///< documents that hold the block
+    std::vector<DXF*> m_Holders; ///< documents that have the block; the last one to let go destroys it
 
     static unsigned int s_NextModifiedID;
 };

@@ -7,6 +7,7 @@
 class HALYARD_API DXFCircle : public DXFLineBase {
 public:
     DXFCircle() = default;
+    /// The radius is squared in double precision.
     DXFCircle(const GTL::Point3D<double>& center, double radius,
               const GTL::Vector3D<double>& extrusion = {0, 0, 1});
     explicit DXFCircle(const GTL::Circle<GTL::Point3D<double>>& circle);

@@ -7,7 +7,8 @@
 class DXF;
 class DXFBlock;
 
-/// A reference to a block of a document, placed by point, scale, rotation and extrusion, repeated in rows and columns.
+/// A reference to a block of a document, placed by point, scale, rotation and extrusion, repeated in rows and
+/// columns.
 class HALYARD_API DXFInsert : public DXFEntity {
 public:
     DXFInsert() = default;
@@ -45,14 +46,19 @@ public:
     void Write(DXFWriter& writer) const override;
     /// Turns and scales the placement with the insert's own axes.
     void Transform(const GTL::Transformation<GTL::Point3D<double>>& t) override;
-    /// The insertion point, and the block's box moved by the base point (as it stands), turned, scaled and moved to the
-    /// insertion point. Rows and columns do not enter. A block that inserts itself, directly or through others, counts
-    /// itself as empty at the second visit.
+    /// The insertion point, and the block's box moved by the base point (as it stands), turned, scaled and
+    /// moved to the insertion point. Rows and columns do not enter. A block that inserts itself, directly or
+    /// through others, counts itself as empty at the second visit.
     const GTL::Extents3D<double>& Extents() const override;
     /// Always false: inserts do not survive clipping.
     bool Clip(DXFClipContext& context) override;
 
 private:
+    friend class BlockBoxes;
+
+    /// The insert's box when its block's box is the one given.
+    GTL::Extents3D<double> ExtentsWith(const DXFBlock* block, GTL::Extents3D<double> blockBox) const;
+
     mutable GTL::Extents3D<double> m_Extents;
     GTL::Point3D<double> m_InsertPoint;
     GTL::Point3D<double> m_Extrusion{0, 0, 1};

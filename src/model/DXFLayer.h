@@ -8,14 +8,17 @@
 
 #include <atomic>
 #include <deque>
+#include <memory>
 #include <string>
+#include <vector>
 
 class DXF;
 class NewWinDXF;
 
-/// The entities of one layer in drawing order, with the layer's display attributes, a box kept on demand and an id that
-/// changes with the contents. Layers assigned from one another share their entities until one of them changes.
-/// No operation takes the layer's lock; callers that share a layer between threads use Lock and Unlock.
+/// The entities of one layer in drawing order, with the layer's display attributes, a box kept on demand and
+/// an id that changes with the contents. Layers assigned from one another share their entities until one of
+/// them changes. No operation takes the layer's lock; callers that share a layer between threads use Lock and
+/// Unlock.
 class HALYARD_API DXFLayer {
 public:
     /// The name is not checked.
@@ -23,7 +26,8 @@ public:
     explicit DXFLayer(const std::wstring& name);
     DXFLayer(const DXFLayer&) = delete;
     ~DXFLayer();
-    /// Takes name, attributes and box, and shares the entities. The id is new; reference count and owner's id stay.
+    /// Takes name, attributes and box, and shares the entities. The id is new; reference count and owner's id
+    /// stay.
     DXFLayer& operator=(const DXFLayer& other);
 
     const std::wstring& Name() const { return m_Name.Text(); }
@@ -49,19 +53,23 @@ public:
     void SetStyleStr(const std::wstring& name);
     void SetVisible(bool visible) { m_Visible = visible; }
 
-    /// For the host's bookkeeping; the library calls neither. DecRefCount is true when the count was 0 or has become 0.
+    /// For the host's bookkeeping; the library calls neither. DecRefCount is true when the count was 0 or has
+    /// become 0.
     void IncRefCount() { ++m_RefCount; }
     bool DecRefCount();
 
     /// Appends an entity and takes ownership; returns it. Null is returned for null.
     DXFEntity* Add(DXFEntity* entity);
-    /// Destroys an entity of this layer. False when it is not here (or was shared: take the pointer from the non-const
-    /// operator[]).
+    /// Destroys an entity of this layer. False when it is not here (or was shared: take the pointer from the
+    /// non-const operator[]).
     bool Remove(DXFEntity* entity);
     void Clear();
-    /// Visits the entities in order while the flag reads true, unless the layer's box misses the view (touching counts
-    /// as in view).
-    void Draw(DXFWriter& writer, const GTL::Extents2D<double>& view, const std::atomic<bool>& keepGoing) const;
+    /// Hands all entities over, in order; the layer is empty afterwards.
+    std::vector<std::unique_ptr<DXFEntity>> Release();
+    /// Visits the entities in order while the flag reads true, unless the layer's box misses the view
+    /// (touching counts as in view).
+    void Draw(DXFWriter& writer, const GTL::Extents2D<double>& view,
+              const std::atomic<bool>& keepGoing) const;
     /// Box of all entities; invalid when none has one. Computed when it is not known.
     const GTL::Extents3D<double>& Extents() const;
 
@@ -119,8 +127,7 @@ private:
     Entities* m_Entities;                     ///< owned jointly with the layers that share it
     unsigned int* m_ShareCount;
     unsigned int m_RefCount = 0;
-    unsigned int m_Owners = 0; ///< documents that hold the layer
+    std::vector<DXF*> m_Holders; ///< documents that have the layer; the last one to let go destroys it
 
     static unsigned int s_NextModifiedID;
-    static unsigned int s_Renames; ///< counts changes of names, so that documents know when their look-up is stale
 };
