@@ -66,7 +66,15 @@ private:
     /// Longer names are looked up anew each time, by as much of their family.
     static constexpr std::size_t MAX_NAME_LENGTH = 512;
 
+    /// Gives the configuration back when the process ends; names asked for after that get the built-in
+    /// measures.
+    struct ConfigurationEnd {
+        FontCatalogue& catalogue;
+        ~ConfigurationEnd() { catalogue.CloseConfiguration(); }
+    };
+
     FontCatalogue();
+    void CloseConfiguration();
     const FontFace& LookUp(const FontName& name);
     const FontFace& Face(const char* file, int index);
     std::unique_ptr<FontFace> Open(const char* file, int index);
@@ -159,6 +167,7 @@ std::string FamilyBytes(std::wstring family)
 FontCatalogue& FontCatalogue::Instance()
 {
     static FontCatalogue* const catalogue = new FontCatalogue;
+    static const ConfigurationEnd end{*catalogue};
     return *catalogue;
 }
 
@@ -172,6 +181,13 @@ FontCatalogue::FontCatalogue()
         m_Config = config;
     else if (config)
         FcConfigDestroy(config);
+}
+
+void FontCatalogue::CloseConfiguration()
+{
+    const std::lock_guard hold(m_Mutex);
+    if (m_Config) FcConfigDestroy(m_Config);
+    m_Config = nullptr;
 }
 
 const FontFace& FontCatalogue::Find(const std::wstring& name, bool isBold, bool isItalic)

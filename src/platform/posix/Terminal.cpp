@@ -1,0 +1,17 @@
+#include "platform/Terminal.h"
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+bool Terminal::IsTerminal(STREAM stream)
+{
+    return ::isatty(stream) == 1;
+}
+
+int Terminal::Columns(STREAM stream)
+{
+    constexpr int USUAL = 80;
+    winsize size = {};
+    if (::ioctl(stream, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) return USUAL;
+    return size.ws_col;
+}
