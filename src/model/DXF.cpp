@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <limits>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
 
 using Name = HashedString<wchar_t>;
 
@@ -224,7 +227,29 @@ void DXF::MoveToBack(const std::wstring& name)
 
 void DXF::SetLayerOrder(const std::vector<std::wstring>& names)
 {
-    for (const std::wstring& name : names) BringToFront(name);
+    const LockHold hold(m_Lock);
+    std::unordered_map<std::wstring_view, DXFLayer*> layers;
+    for (DXFLayer* layer : m_Layers) layers.emplace(layer->Name(), layer);
+    if (layers.size() < m_Layers.size()) {
+        for (const std::wstring& name : names) BringToFront(name);
+        return;
+    }
+    std::vector<DXFLayer*> moves;
+    const DXFLayer* front = m_Layers.empty() ? nullptr : m_Layers.back();
+    for (const std::wstring& name : names) {
+        const auto found = layers.find(name);
+        if (found == layers.end() || found->second == front) continue;
+        moves.push_back(found->second);
+        front = found->second;
+        ++m_ModifiedID;
+    }
+    // Only the last move of a layer counts for its place.
+    std::unordered_set<DXFLayer*> moved;
+    Layers top;
+    for (auto move = moves.rbegin(); move != moves.rend(); ++move)
+        if (moved.insert(*move).second) top.push_front(*move);
+    std::erase_if(m_Layers, [&moved](DXFLayer* layer) { return moved.contains(layer); });
+    m_Layers.insert(m_Layers.end(), top.begin(), top.end());
 }
 
 std::vector<std::wstring> DXF::GetLayerOrder() const

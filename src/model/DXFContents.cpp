@@ -151,7 +151,7 @@ void DXF::TurnInserts(DXFLayer& layer, DXF* heir)
 {
     if (!m_ResolvesInserts) return;
     InsertCollector inserts;
-    for (const DXFEntity* entity : *layer.m_Entities) entity->Write(inserts);
+    for (const DXFEntity* entity : layer.Queue()) entity->Write(inserts);
     for (DXFInsert* insert : inserts.found)
         if (insert->DXF() == this) insert->SetDXF(heir);
 }

@@ -12,8 +12,7 @@ unsigned int DXFLayer::s_NextModifiedID = 1;
 
 DXFLayer::DXFLayer(const wchar_t* name) : DXFLayer(std::wstring(name ? name : L"")) {}
 
-DXFLayer::DXFLayer(const std::wstring& name)
-    : m_Name(name), m_Entities(new Entities), m_ShareCount(new unsigned int(1))
+DXFLayer::DXFLayer(const std::wstring& name) : m_Name(name)
 {
     Touch();
 }
@@ -27,7 +26,7 @@ DXFLayer& DXFLayer::operator=(const DXFLayer& other)
 {
     if (this != &other) {
         SetName(other.Name());
-        ++*other.m_ShareCount;
+        if (other.m_ShareCount) ++*other.m_ShareCount;
         ReleaseEntities();
         m_Entities = other.m_Entities;
         m_ShareCount = other.m_ShareCount;
@@ -89,8 +88,6 @@ bool DXFLayer::Remove(DXFEntity* entity)
 void DXFLayer::Clear()
 {
     ReleaseEntities();
-    m_Entities = new Entities;
-    m_ShareCount = new unsigned int(1);
     m_Extents.Reset();
     Touch();
 }
@@ -102,7 +99,7 @@ void DXFLayer::Draw(DXFWriter& writer, const GTL::Extents2D<double>& view,
     const bool misses = box.MinX() > view.MaxX() || view.MinX() > box.MaxX() || box.MinY() > view.MaxY()
                         || view.MinY() > box.MaxY();
     if (!box.IsValid() || misses) return;
-    for (const DXFEntity* entity : *m_Entities) {
+    for (const DXFEntity* entity : Queue()) {
         if (!keepGoing) return;
         entity->Write(writer);
     }
@@ -111,7 +108,7 @@ void DXFLayer::Draw(DXFWriter& writer, const GTL::Extents2D<double>& view,
 const GTL::Extents3D<double>& DXFLayer::Extents() const
 {
     if (m_Extents.IsValid()) return m_Extents;
-    for (const DXFEntity* entity : *m_Entities) m_Extents.Update(entity->Extents());
+    for (const DXFEntity* entity : Queue()) m_Extents.Update(entity->Extents());
     return m_Extents;
 }
 
@@ -198,11 +195,17 @@ void DXFLayer::SetName(const std::wstring& name)
     for (DXF* document : m_Holders) document->Index(*this);
 }
 
+const DXFLayer::Entities& DXFLayer::Queue() const
+{
+    static const Entities NONE;
+    return m_Entities ? *m_Entities : NONE;
+}
+
 void DXFLayer::MakePrivate()
 {
-    if (*m_ShareCount < 2) return;
+    if (m_ShareCount && *m_ShareCount < 2) return;
     auto* copies = new Entities;
-    for (const DXFEntity* entity : *m_Entities) copies->push_back(entity->Copy());
+    for (const DXFEntity* entity : Queue()) copies->push_back(entity->Copy());
     ReleaseEntities();
     m_Entities = copies;
     m_ShareCount = new unsigned int(1);
@@ -210,10 +213,13 @@ void DXFLayer::MakePrivate()
 
 void DXFLayer::ReleaseEntities()
 {
-    if (--*m_ShareCount > 0) return;
-    for (const DXFEntity* entity : *m_Entities) delete entity;
-    delete m_Entities;
-    delete m_ShareCount;
+    if (m_ShareCount && --*m_ShareCount == 0) {
+        for (const DXFEntity* entity : *m_Entities) delete entity;
+        delete m_Entities;
+        delete m_ShareCount;
+    }
+    m_Entities = nullptr;
+    m_ShareCount = nullptr;
 }
 
 void DXFLayer::Touch()

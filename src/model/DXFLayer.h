@@ -39,7 +39,7 @@ public:
     std::wstring StyleStr() const;
     bool IsVisible() const { return m_Visible; }
     unsigned int ModifiedID() const { return m_ModifiedID; }
-    size_t NumEntities() const { return m_Entities->size(); }
+    size_t NumEntities() const { return m_Entities ? m_Entities->size() : 0; }
     /// Index not checked. The second form makes the entities private to this layer first.
     DXFEntity* operator[](size_t index) const { return (*m_Entities)[index]; }
     DXFEntity* operator[](size_t index);
@@ -109,6 +109,8 @@ private:
     using Entities = std::deque<DXFEntity*>;
 
     void SetName(const std::wstring& name);
+    const Entities& Queue() const;
+    /// Afterwards there is a queue, and it is this layer's own.
     void MakePrivate();
     void ReleaseEntities();
     void Touch();
@@ -124,8 +126,8 @@ private:
     unsigned int m_ModifiedID;
     unsigned int m_StoredModId = 0;
     mutable GTL::Extents3D<double> m_Extents; ///< invalid: not known
-    Entities* m_Entities;                     ///< owned jointly with the layers that share it
-    unsigned int* m_ShareCount;
+    Entities* m_Entities = nullptr;           ///< owned jointly with the layers that share it; null: none yet
+    unsigned int* m_ShareCount = nullptr;
     unsigned int m_RefCount = 0;
     std::vector<DXF*> m_Holders; ///< documents that have the layer; the last one to let go destroys it
 
