@@ -166,6 +166,7 @@ GroupReader::Status GroupReader::ReadObject(int maxCode)
         if (!ReadCode(code)) {
             if (!m_Eof) return Status::NO_CODE;
             m_Fail = false;
+            --m_Line;
             break;
         }
         if (code == 0) break;

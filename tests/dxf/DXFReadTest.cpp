@@ -104,7 +104,9 @@ TEST(DXFRead, KeepsWhatWasWholeWhenTheDataBreakOff)
         int whole = 0; // a line is whole once the first digit of its last value is there
         for (std::size_t at = 0; (at = part.find("\n31\n6", at)) != std::string::npos; ++at) ++whole;
         Reading reading(part);
-        EXPECT_EQ(reading.document.NumEntities(), whole) << part;
+        // Cut before its last group, which it can do without, a line is whole as well.
+        const bool cutThere = part.ends_with("21\n5") || part.ends_with("21\n5\n");
+        EXPECT_EQ(reading.document.NumEntities(), whole + int(cutThere)) << part;
         EXPECT_TRUE(whole == 0 || static_cast<bool>(reading.result)) << part;
     }
 }
@@ -193,7 +195,7 @@ TEST(DXFRead, TakesBackAWidthFromGroup39OfItsOwnFiles)
     EXPECT_EQ(Reading(Pairs(header) + Entities(std::string(LINE) + "|39 7.5")).Only<DXFLine>()->Width(), 7.5F);
     Reading other(Pairs(header + "|0 SECTION|2 HEADER|9 $ACADVER|1 AC1015|0 ENDSEC")
                   + Entities(std::string(LINE) + "|39 7.5"));
-    EXPECT_EQ(other.Only<DXFLine>()->Width(), 0.1F);
+    EXPECT_EQ(other.Only<DXFLine>()->Width(), 0); // a thickness there; the layer comes into being with the line
     EXPECT_EQ(other.file.Release(), L"AC1015");
 }
 

@@ -47,6 +47,7 @@ std::vector<Object> ReadSlowly(const std::string& text)
             if (!next(code)) {
                 if (!in.eof()) return objects;
                 in.clear(std::ios::eofbit);
+                --line;
                 break;
             }
             const int number = std::atoi(code.c_str());
