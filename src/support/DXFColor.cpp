@@ -28,6 +28,49 @@ int SquaredDistance(std::uint32_t a, std::uint32_t b)
            + Square(Channel(a, 2) - Channel(b, 2));
 }
 
+/// Places of the table's colours, by open addressing; a quarter full.
+class ExactColors {
+public:
+    constexpr ExactColors()
+    {
+        for (std::size_t index = 0; index < COLOR_TABLE.size(); ++index) {
+            std::size_t slot = FirstSlot(COLOR_TABLE[index]);
+            while (m_Slots[slot] != EMPTY && COLOR_TABLE[m_Slots[slot]] != COLOR_TABLE[index])
+                slot = Next(slot);
+            if (m_Slots[slot] == EMPTY) m_Slots[slot] = static_cast<std::uint16_t>(index);
+        }
+    }
+
+    /// The lowest index of a colour; -1 when the table does not have it.
+    int Of(std::uint32_t color) const
+    {
+        for (std::size_t slot = FirstSlot(color); m_Slots[slot] != EMPTY; slot = Next(slot))
+            if (COLOR_TABLE[m_Slots[slot]] == color) return m_Slots[slot];
+        return -1;
+    }
+
+private:
+    static constexpr int SLOT_BITS = 10;
+    static constexpr std::uint16_t EMPTY = 0xFFFF;
+
+    static constexpr std::size_t FirstSlot(std::uint32_t color)
+    {
+        constexpr std::uint32_t GOLDEN_RATIO = 2654435769U; // of 2^32: spreads neighbours
+        return (color * GOLDEN_RATIO) >> (32 - SLOT_BITS);
+    }
+    static constexpr std::size_t Next(std::size_t slot) { return (slot + 1) % (std::size_t{1} << SLOT_BITS); }
+    static constexpr std::array<std::uint16_t, std::size_t{1} << SLOT_BITS> NoColors()
+    {
+        std::array<std::uint16_t, std::size_t{1} << SLOT_BITS> slots{};
+        slots.fill(EMPTY);
+        return slots;
+    }
+
+    std::array<std::uint16_t, std::size_t{1} << SLOT_BITS> m_Slots = NoColors();
+};
+
+constexpr ExactColors EXACT_COLORS;
+
 /// For every cell of a grid over the colour cube: the table's entries that can be the nearest one of some
 /// colour in the cell, by ascending index. Those are all entries whose least distance to the cell is not more
 /// than the smallest of all greatest distances; a dozen for most cells.
@@ -124,6 +167,8 @@ DXFColor::DXFColor(unsigned long rgb) : m_Rgb(rgb & LOW_24_BITS) {}
 int DXFColor::Index() const
 {
     if (m_Index >= 0) return m_Index;
+    const auto color = static_cast<std::uint32_t>(SwapRedBlue(m_Rgb));
+    if (const int index = EXACT_COLORS.Of(color); index >= 0) return index;
     static const NearestColors s_Nearest;
-    return s_Nearest.Of(static_cast<std::uint32_t>(SwapRedBlue(m_Rgb)));
+    return s_Nearest.Of(color);
 }

@@ -11,6 +11,12 @@ namespace {
 
 __extension__ using UInt128 = unsigned __int128;
 
+constexpr auto POWERS_OF_TEN = [] {
+    std::array<std::uint64_t, 20> powers{1};
+    for (std::size_t i = 1; i < powers.size(); ++i) powers[i] = powers[i - 1] * 10;
+    return powers;
+}();
+
 constexpr double MAX_DOUBLE = std::numeric_limits<double>::max();
 
 /// A decimal number as it stands in a text: value = digits * 10^exponent unless there are too many digits.
@@ -75,25 +81,6 @@ Decimal ReadDecimal(std::string_view text)
     return number;
 }
 
-/// whole / 10^power correctly rounded, whole > 0, 0 <= power <= 19: both are shifted to 64 bits, divided to a
-/// quotient of 63 or 64 bits, and what the division leaves makes its last bit odd, so that the rounding to 53
-/// bits sees it.
-double DivideByPowerOfTen(std::uint64_t whole, int power)
-{
-    std::uint64_t divisor = 1;
-    for (int i = 0; i < power; ++i) divisor *= 10;
-    const int wholeShift = std::countl_zero(whole);
-    const int divisorShift = std::countl_zero(divisor);
-    whole <<= wholeShift;
-    divisor <<= divisorShift;
-    const UInt128 numerator = static_cast<UInt128>(whole) << 63;
-    std::uint64_t quotient = static_cast<std::uint64_t>(numerator / divisor);
-    if (static_cast<UInt128>(quotient) * divisor != numerator) quotient |= 1;
-    const int exponent = divisorShift - wholeShift - 63;
-    const auto scale = std::bit_cast<double>(static_cast<std::uint64_t>(1023 + exponent) << 52);
-    return static_cast<double>(quotient) * scale;
-}
-
 /// For every number: exact, but slower.
 double ParseToken(const Decimal& number)
 {
@@ -114,7 +101,7 @@ double Magnitude(const Decimal& number)
     if (number.digits == 0) return 0;
     const std::int64_t power = number.exponent - number.decimals;
     if (power <= 0 && power >= -DIGITS_MAX)
-        return DivideByPowerOfTen(number.digits, static_cast<int>(-power));
+        return DivideByPowerOfTen(number.digits, static_cast<std::size_t>(-power));
     if (power > 0 && power <= 15 && number.digits <= EXACT_MAX) {
         double factor = 1;
         for (std::int64_t i = 0; i < power; ++i) factor *= 10;
@@ -167,6 +154,22 @@ char* WriteFixed6(char* out, std::uint64_t whole, std::uint64_t millionths)
 }
 
 } // namespace
+
+// Both are shifted to 64 bits and divided to a quotient of 63 or 64 bits. What the division leaves makes its
+// last bit odd, so that the rounding to 53 bits sees it.
+double DivideByPowerOfTen(std::uint64_t whole, std::size_t power)
+{
+    if (whole == 0) return 0;
+    const int wholeShift = std::countl_zero(whole);
+    const int divisorShift = std::countl_zero(POWERS_OF_TEN[power]);
+    const std::uint64_t divisor = POWERS_OF_TEN[power] << divisorShift;
+    const UInt128 numerator = static_cast<UInt128>(whole << wholeShift) << 63;
+    std::uint64_t quotient = static_cast<std::uint64_t>(numerator / divisor);
+    if (static_cast<UInt128>(quotient) * divisor != numerator) quotient |= 1;
+    const int exponent = divisorShift - wholeShift - 63;
+    const auto scale = std::bit_cast<double>(static_cast<std::uint64_t>(1023 + exponent) << 52);
+    return static_cast<double>(quotient) * scale;
+}
 
 double ParseAnyDouble(std::string_view text)
 {

@@ -27,7 +27,7 @@ class NarrowNumber {
 public:
     explicit NarrowNumber(std::wstring_view text)
     {
-        constexpr std::wstring_view NUMBER_CHARACTERS = L" \t+-.0123456789eE";
+        constexpr std::wstring_view NUMBER_CHARACTERS = L" \t\n\v\f\r+-.0123456789eE";
         const std::size_t length = std::min(text.find_first_not_of(NUMBER_CHARACTERS), text.size());
         char* out = m_Short;
         if (length > sizeof m_Short) {

@@ -72,7 +72,7 @@ HALYARD_API double TrimAngle(double degrees);
 HALYARD_API bool icompareW(const std::wstring& a, const wchar_t* b);
 HALYARD_API bool icompareW(const std::wstring& a, const std::wstring& b);
 
-/// Decimal number at the start of the text after blanks and tabs; reading stops at the first character that
+/// Decimal number at the start of the text after white space; reading stops at the first character that
 /// is no part of it. Independent of the locale; no hexadecimal, no "inf" or "nan". Out of range gives the
 /// nearest finite value (the nearest int); text without a number gives 0.
 HALYARD_API int atoi(const std::wstring& text);

@@ -72,11 +72,34 @@ struct DoubleRow {
 TEST(NumberText, ReadsDecimalNumbersOnly)
 {
     const DoubleRow ROWS[] = {
-        {"0", 0.0}, {"-0", -0.0},   {" \t12.5", 12.5},  {"+7", 7},  {"-.25", -0.25},
-        {"3.", 3},  {"1e3", 1000},  {"2.5E-3", 0.0025}, {"1e", 1},  {"1e+", 1},
-        {"4 5", 4}, {"1.5.5", 1.5}, {"12,5", 12},       {"", 0},    {" ", 0},
-        {".", 0},   {"-", 0},       {"e5", 0},          {"+-5", 0}, {"--5", 0},
-        {"\n5", 0}, {"0x10", 0},    {"inf", 0},         {"nan", 0}, {"-Infinity", 0},
+        {"0", 0.0},
+        {"-0", -0.0},
+        {" \t12.5", 12.5},
+        {"+7", 7},
+        {"-.25", -0.25},
+        {"3.", 3},
+        {"1e3", 1000},
+        {"2.5E-3", 0.0025},
+        {"1e", 1},
+        {"1e+", 1},
+        {"4 5", 4},
+        {"1.5.5", 1.5},
+        {"12,5", 12},
+        {"", 0},
+        {" ", 0},
+        {".", 0},
+        {"-", 0},
+        {"e5", 0},
+        {"+-5", 0},
+        {"--5", 0},
+        {"\t\n\v\f\r 5", 5},
+        {"\x1F"
+         "5",
+         0},
+        {"0x10", 0},
+        {"inf", 0},
+        {"nan", 0},
+        {"-Infinity", 0},
         {"abc", 0},
     };
     for (const DoubleRow& row : ROWS) EXPECT_TRUE(SameBits(ParseDouble(row.text), row.value)) << row.text;
@@ -158,7 +181,7 @@ TEST(NumberText, WholeNumbersStopAtTheRangeOfInt)
 
 TEST(NumberText, WideTextsReadLikeNarrowOnes)
 {
-    EXPECT_EQ(atof(L"\t-12.75e1 mm"), -127.5);
+    EXPECT_EQ(atof(L"\t\r-12.75e1 mm"), -127.5);
     EXPECT_EQ(atof(L"3\x0664"), 3) << "digits of other scripts are no digits";
     EXPECT_EQ(atof(L"\x0133\x0134"), 0) << "characters are not cut to their low byte";
     EXPECT_EQ(atof(std::wstring(L"5\0"
