@@ -1,0 +1,18 @@
+#pragma once
+
+#include <array>
+
+namespace CLI {
+class App;
+}
+
+/// Adds a command to the program's command line. When the command is given, it does its work while the line
+/// is parsed and leaves its exit status in `status`.
+using AddCommand = void (*)(CLI::App& program, int& status);
+
+void AddInfo(CLI::App& program, int& status);
+void AddDump(CLI::App& program, int& status);
+void AddConvert(CLI::App& program, int& status);
+
+/// All commands, in the order of the help text.
+inline constexpr std::array<AddCommand, 3> COMMANDS = {AddInfo, AddDump, AddConvert};

@@ -1,0 +1,100 @@
+#include "Drawing.h"
+
+#include "Interrupt.h"
+#include "Progress.h"
+#include "Recognition.h"
+#include "Report.h"
+#include "platform/InputFile.h"
+
+#include <algorithm>
+
+namespace {
+
+/// "12 HATCH, 3 DIMENSION": the most frequent first.
+std::wstring ListOf(const std::map<std::wstring, std::uint64_t>& skipped)
+{
+    constexpr std::size_t MOST = 8;
+    std::vector<std::pair<std::wstring, std::uint64_t>> kinds(skipped.begin(), skipped.end());
+    std::stable_sort(kinds.begin(), kinds.end(),
+                     [](const auto& a, const auto& b) { return a.second > b.second; });
+    std::wstring list;
+    for (std::size_t i = 0; i < std::min(kinds.size(), MOST); ++i) {
+        if (i > 0) list += L", ";
+        list += std::to_wstring(kinds[i].second) + L" "
+                + (kinds[i].first.empty() ? L"without a name" : kinds[i].first);
+    }
+    if (kinds.size() > MOST) list += L" and " + std::to_wstring(kinds.size() - MOST) + L" more kinds";
+    return list;
+}
+
+const char* NameOf(DXFFile::LINEENDS lineEnds)
+{
+    switch (lineEnds) {
+    case DXFFile::LF:
+        return "LF";
+    case DXFFile::CR_LF:
+        return "CRLF";
+    case DXFFile::MIXED:
+        return "mixed";
+    case DXFFile::NO_LINEENDS:
+        break;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+bool Drawing::Read(const std::wstring& file, const ReadOptions& options)
+{
+    m_File = file;
+    const Recognition recognition = RecognizeFile(file);
+    m_Complaint = recognition.complaint;
+    if (!recognition.format) return false;
+
+    DXFFile reader;
+    reader.SetBlocksUseDocumentLayers(options.blocksUseLayers);
+    ErrorString result = true;
+    {
+        const Progress progress("reading", [&reader] {
+            return Progress::State{reader.Done(), reader.Total()};
+        });
+        result = reader.Read(file, m_Document, Interrupt::KeepGoing(), true);
+    }
+    if (Interrupt::IsStopped()) return false;
+    if (!result) {
+        InputFile again;
+        if (reader.Ending() == DXFFile::NOT_READ && !again.Open(file))
+            m_Complaint = again.Reason();
+        else
+            m_Complaint = L"cannot be read as a drawing: " + result.Text();
+        return false;
+    }
+    Note(reader);
+    return true;
+}
+
+void Drawing::Note(const DXFFile& reader)
+{
+    m_Release = reader.Release();
+    m_LineEnds = NameOf(reader.LineEnds());
+    m_Skipped = reader.Skipped();
+    m_EndedEarly = reader.Ending() == DXFFile::EARLY;
+    if (m_EndedEarly)
+        m_Warnings.push_back(L"reading ended early, at line " + std::to_wstring(reader.EndLine())
+                             + L"; what stands before it was kept (" + reader.EndReason() + L")");
+    if (reader.Ending() == DXFFile::END_OF_DATA)
+        m_Warnings.push_back(L"the file ends without its end mark (EOF); it may have been cut short");
+    if (!m_Skipped.empty())
+        m_Warnings.push_back(L"passed over, as not held by Halyard or not readable: " + ListOf(m_Skipped));
+}
+
+bool Drawing::IsUtf8() const
+{
+    constexpr wchar_t FIRST_UTF_8_RELEASE[] = L"AC1021";
+    return m_Release.size() == 6 && m_Release.starts_with(L"AC") && m_Release >= FIRST_UTF_8_RELEASE;
+}
+
+void Drawing::Warn() const
+{
+    for (const std::wstring& warning : m_Warnings) ::Warn(m_File, warning);
+}

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "dxf/DXFFile.h"
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+/// How a drawing is to be read.
+struct ReadOptions {
+    /// Entities of blocks take what they do not say themselves from the drawing's layers, as other programs
+    /// have it.
+    bool blocksUseLayers = false;
+};
+
+/// A drawing read from a file, and what there is to say about the reading.
+class Drawing {
+public:
+    /// Recognises the file by its first bytes and reads it. False when there is no drawing in the end: the
+    /// complaint says why. Also false when the user stopped it (ask Interrupt).
+    [[nodiscard]] bool Read(const std::wstring& file, const ReadOptions& options);
+    /// Why reading failed: a clause that follows the file's name.
+    const std::wstring& Complaint() const { return m_Complaint; }
+
+    const std::wstring& File() const { return m_File; }
+    DXF& Document() { return m_Document; }
+    const DXF& Document() const { return m_Document; }
+
+    /// "dxf"
+    const char* Format() const { return "dxf"; }
+    /// As the file names it ("AC1015"); empty when it does not.
+    const std::wstring& Release() const { return m_Release; }
+    /// The text is UTF-8 in this release; the model holds its bytes as characters.
+    bool IsUtf8() const;
+    /// "CRLF", "LF" or "mixed"; null when the file has no line ends.
+    const char* LineEnds() const { return m_LineEnds; }
+    /// Objects that were passed over, by name.
+    const std::map<std::wstring, std::uint64_t>& Skipped() const { return m_Skipped; }
+    /// Reading ended before the end of the file.
+    bool EndedEarly() const { return m_EndedEarly; }
+    /// Sentences about what was passed over and how reading ended.
+    const std::vector<std::wstring>& Warnings() const { return m_Warnings; }
+    /// Writes the warnings to standard error.
+    void Warn() const;
+
+private:
+    void Note(const DXFFile& reader);
+
+    std::wstring m_File;
+    std::wstring m_Complaint;
+    DXF m_Document;
+    std::wstring m_Release;
+    const char* m_LineEnds = nullptr;
+    std::map<std::wstring, std::uint64_t> m_Skipped;
+    std::vector<std::wstring> m_Warnings;
+    bool m_EndedEarly = false;
+};

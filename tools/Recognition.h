@@ -1,0 +1,22 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// Kinds of drawing files that the program reads.
+enum class FORMAT { DXF };
+
+/// What the first bytes of a file show.
+struct Recognition {
+    std::optional<FORMAT> format; ///< none: not a drawing that the program reads
+    std::wstring complaint;       ///< why not: a clause that follows the file's name
+};
+
+/// As much of a file's start as recognition looks at, in bytes.
+inline constexpr std::size_t RECOGNITION_LENGTH = 4096;
+
+/// By the first bytes alone, whatever the name of the file says.
+Recognition Recognize(std::string_view firstBytes);
+/// Opens the file, if it can be opened, and looks at its first bytes.
+Recognition RecognizeFile(const std::wstring& file);

@@ -1,0 +1,56 @@
+#include "Commands.h"
+#include "Interrupt.h"
+#include "Report.h"
+
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+#include <exception>
+#include <new>
+
+namespace {
+
+#ifdef NDEBUG
+constexpr char BUILD[] = "release";
+#else
+constexpr char BUILD[] = "debug";
+#endif
+
+std::string Version()
+{
+    return std::string("halyard " HALYARD_VERSION " (") + BUILD + " build, C++ compiler " __VERSION__ ")";
+}
+
+int Run(int argc, char** argv)
+{
+    int status = EXIT_DONE;
+    CLI::App program("Halyard reads, shows and writes line drawings (DXF).", "halyard");
+    program.set_version_flag("--version", Version(), "Print the version and exit");
+    program.set_help_flag("-h,--help", "Print this help and exit");
+    program.require_subcommand(1);
+    program.footer(
+        "Exit status: 0 done, 1 a failure told in one sentence, 2 wrong usage, 130 stopped by Ctrl-C.\n"
+        "'halyard COMMAND --help' tells more about a command.");
+    for (const AddCommand add : COMMANDS) add(program, status);
+    try {
+        program.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return program.exit(error) == 0 ? StandardOutput::Finish() : EXIT_WRONG_USAGE;
+    }
+    return status;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    Interrupt::Install();
+    try {
+        return Run(argc, argv);
+    } catch (const std::bad_alloc&) {
+        std::fputs("halyard: not enough memory for this drawing\n", stderr);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "halyard: %s\n", error.what());
+    }
+    return EXIT_FAILED;
+}
