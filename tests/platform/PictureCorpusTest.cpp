@@ -67,8 +67,8 @@ Loaded ReadPnm(const std::string& bytes)
     in >> kind >> picture->width >> picture->height >> largest;
     in.get();
     if (!in || largest < 1 || largest > 255 || (kind != "P5" && kind != "P6")) return nullptr;
-    const auto next = [&in] {
-        return static_cast<std::uint32_t>(in.get() & 255);
+    const auto next = [&] {
+        return static_cast<std::uint32_t>(((in.get() & 255) * 255 + largest / 2) / largest);
     };
     for (int i = 0; i < picture->width * picture->height; ++i) {
         const std::uint32_t red = next();
