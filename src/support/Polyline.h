@@ -53,7 +53,7 @@ public:
     void PushBack(const P& p)
     {
         m_Vertices.push_back(p);
-        m_Box.Update(p);
+        Notice(p);
     }
     void PushFront(const P& p) { Insert(0, p); }
     /// Before the vertex at index; an index past the end appends.
@@ -61,7 +61,7 @@ public:
     {
         const std::size_t place = index < m_Vertices.size() ? index : m_Vertices.size();
         m_Vertices.insert(m_Vertices.begin() + static_cast<std::ptrdiff_t>(place), p);
-        m_Box.Update(p);
+        Notice(p);
     }
     /// Replaces a vertex; an index past the end changes nothing.
     void Set(std::size_t index, const P& p)
@@ -73,7 +73,7 @@ public:
     void Clear()
     {
         m_Vertices.clear();
-        m_Box.Reset();
+        RemakeBox();
     }
     void Transform(const Transformation<P>& t)
     {
@@ -83,6 +83,8 @@ public:
 
     /// Box of the vertices.
     const Extents3D<T>& VertexBox() const { return m_Box; }
+    /// False when every vertex has the bulge 0.
+    bool HasBulges() const { return m_HasBulges; }
 
     bool operator==(const Polyline& other) const { return m_Vertices == other.m_Vertices; }
 
@@ -90,11 +92,22 @@ private:
     void RemakeBox()
     {
         m_Box.Reset();
-        for (const P& p : m_Vertices) m_Box.Update(p);
+        m_HasBulges = false;
+        for (const P& p : m_Vertices) Notice(p);
+    }
+    void Notice(const P& p)
+    {
+        if constexpr (requires { p.Z(); }) {
+            m_Box.Update(p);
+            m_HasBulges = m_HasBulges || p.B() != 0;
+        } else {
+            m_Box.Update(p.X(), p.Y(), T{});
+        }
     }
 
     std::vector<P> m_Vertices;
     Extents3D<T> m_Box;
+    bool m_HasBulges = false;
 };
 
 } // namespace GTL
