@@ -3,7 +3,7 @@
 /// Attributes of a line: style, width in drawing units, colour 0x00BBGGRR.
 class LineInfo {
 public:
-    enum LINESTYLE { CONTINUOUS = 0, DASHED = 1, DOT = 2, DASHDOT = 3 };
+    enum LINESTYLE : int { CONTINUOUS = 0, DASHED = 1, DOT = 2, DASHDOT = 3 };
 
     LineInfo() = default;
     LineInfo(LINESTYLE style, float width, unsigned long color)

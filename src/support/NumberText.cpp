@@ -19,7 +19,8 @@ constexpr auto POWERS_OF_TEN = [] {
 
 constexpr double MAX_DOUBLE = std::numeric_limits<double>::max();
 
-/// A decimal number as it stands in a text: value = digits * 10^exponent unless there are too many digits.
+/// A decimal number as it stands in a text: digits * 10^(exponent - decimals), unless the digits have
+/// overflowed.
 struct Decimal {
     std::string_view token; ///< Without sign; empty when the text is no number.
     std::uint64_t digits = 0;
@@ -33,18 +34,15 @@ struct Decimal {
 /// Exponents beyond this decide over 0 or overflow for every text that fits into memory.
 constexpr std::int64_t EXPONENT_LIMIT = std::int64_t{1} << 61;
 
-/// Reads "e", a sign and digits; without digits the exponent is no part of the number.
+/// Reads "e", a sign and digits, if they are there.
 const char* ReadExponent(const char* p, const char* end, std::int64_t& exponent)
 {
-    const char* const start = p;
-    if (p == end || (*p != 'e' && *p != 'E')) return start;
+    if (p == end || (*p != 'e' && *p != 'E')) return p;
     ++p;
     const bool negative = p != end && *p == '-';
     if (p != end && (*p == '-' || *p == '+')) ++p;
-    const char* const first = p;
     for (; p != end && *p >= '0' && *p <= '9'; ++p)
         exponent = std::min(exponent * 10 + (*p - '0'), EXPONENT_LIMIT / 10);
-    if (p == first) return start;
     if (negative) exponent = -exponent;
     return p;
 }

@@ -62,6 +62,7 @@ double MATH::round(double value, int digits)
 
 double TrimAngle(double degrees)
 {
+    if (degrees > 0 && degrees < 360) return degrees;
     if (!std::isfinite(degrees)) return 0;
     double rest = std::fmod(degrees, 360.0);
     if (rest < 0) rest += 360;

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <limits>
 #include <random>
 #include <string>
 #include <vector>
@@ -184,6 +185,13 @@ TEST(CRCFile, ClosedOrAskedForNonsenseTransfersNothing)
     TemporaryFile place;
     ASSERT_TRUE(file.Open(place.Name(), L"wb+"));
     EXPECT_EQ(file.Write(&byte, 0, 5), 0U);
-    EXPECT_EQ(file.Write(&byte, static_cast<std::size_t>(-1) / 2, 3), 0U);
+    // 2^64 - 1 is a multiple of 3: this product wraps round to 2.
+    constexpr std::size_t THIRD = std::numeric_limits<std::size_t>::max() / 3 + 1;
+    char bytes[2] = {1, 2};
+    EXPECT_EQ(file.Write(bytes, THIRD, 3), 0U);
+    EXPECT_EQ(file.Checksum(), 0U);
+    ASSERT_EQ(file.Write(bytes, 1, 2), 2U);
+    ASSERT_TRUE(file.Open(place.Name(), L"rb"));
+    EXPECT_EQ(file.Read(bytes, THIRD, 3), 0U);
     EXPECT_EQ(file.Checksum(), 0U);
 }
