@@ -76,7 +76,7 @@ std::size_t SizeOf(const std::string& name)
 void BenchPlainLoop(benchmark::State& state, const std::string& name)
 {
     for (auto _ : state) benchmark::DoNotOptimize(PlainLoop(name));
-    state.SetBytesProcessed(static_cast<std::int64_t>(SizeOf(name) * state.iterations()));
+    state.SetBytesProcessed(static_cast<std::int64_t>(SizeOf(name)) * state.iterations());
 }
 
 void BenchRead(benchmark::State& state, const std::string& name)
@@ -90,7 +90,7 @@ void BenchRead(benchmark::State& state, const std::string& name)
         document.Clear();
         state.ResumeTiming();
     }
-    state.SetBytesProcessed(static_cast<std::int64_t>(SizeOf(name) * state.iterations()));
+    state.SetBytesProcessed(static_cast<std::int64_t>(SizeOf(name)) * state.iterations());
 }
 
 const int REGISTERED = [] {

@@ -12,12 +12,15 @@ ClipResult CircleClipper<P>::Clip(const Circle<P>& input, std::vector<Arc<P>>& o
     output.clear();
     const double radius = input.Radius();
     if (!(radius >= SMALLEST_RADIUS)) return Outside;
-    const CircleCrossings found(this->Window(), input.Center(), input.SquaredRadius());
+    // The square of the root, as an arc of this circle takes it: the pieces' ends stay crossings to the last
+    // bit.
+    const CircleCrossings found(this->Window(), input.Center(), radius * radius);
     if (found.Count() < 2) return this->Classify(input.Center());
 
     std::array<double, 8> entries{};
     for (std::size_t i = 0; i < found.Count(); ++i) entries[i] = found[i];
-    std::sort(entries.begin() + 1, entries.begin() + static_cast<std::ptrdiff_t>(found.Count()));
+    for (std::size_t i = 1; i + 1 < found.Count(); ++i)
+        std::swap(entries[i], *std::min_element(&entries[i], &entries[0] + found.Count()));
 
     const Arc<P> whole(input.Center(), radius, Angle(), Angle());
     const bool enters = EntersAt(this->Window(), input.Center(), whole.PointAt(Angle(entries[0])));
