@@ -92,6 +92,18 @@ void DXFLayer::Clear()
     Touch();
 }
 
+std::vector<std::unique_ptr<DXFEntity>> DXFLayer::Release()
+{
+    MakePrivate();
+    std::vector<std::unique_ptr<DXFEntity>> released;
+    released.reserve(m_Entities->size());
+    for (DXFEntity* entity : *m_Entities) released.emplace_back(entity);
+    m_Entities->clear();
+    m_Extents.Reset();
+    Touch();
+    return released;
+}
+
 void DXFLayer::Draw(DXFWriter& writer, const GTL::Extents2D<double>& view,
                     const std::atomic<bool>& keepGoing) const
 {

@@ -20,7 +20,7 @@ using Report = InsertExploder::Report;
 /// than a chain of nested inserts for every entity needs is cut off.
 constexpr std::uint64_t VISITS_PER_ENTITY = 4;
 /// Visits that are allowed whatever the limit.
-constexpr std::uint64_t FREE_VISITS = 1'000'000;
+constexpr std::uint64_t FREE_VISITS = 100'000;
 
 void AddCapped(std::uint64_t& sum, std::uint64_t more)
 {
@@ -272,18 +272,6 @@ bool Explosion::GoesOn()
 }
 
 } // namespace
-
-std::vector<std::unique_ptr<DXFEntity>> DXFLayer::Release()
-{
-    MakePrivate();
-    std::vector<std::unique_ptr<DXFEntity>> released;
-    released.reserve(m_Entities->size());
-    for (DXFEntity* entity : *m_Entities) released.emplace_back(entity);
-    m_Entities->clear();
-    m_Extents.Reset();
-    Touch();
-    return released;
-}
 
 Report InsertExploder::Explode(DXF& document, const std::atomic<bool>& keepGoing) const
 {
