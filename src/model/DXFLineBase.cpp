@@ -14,9 +14,7 @@ void DXFLineBase::SetStyleStr(const std::wstring& name)
 
 LineInfo DXFLineBase::GetInfo() const
 {
-    const bool known = m_Style >= LineInfo::CONTINUOUS && m_Style <= LineInfo::DASHDOT;
-    const auto style = known ? static_cast<LineInfo::LINESTYLE>(m_Style) : LineInfo::CONTINUOUS;
-    return LineInfo(style, m_Width, Color());
+    return LineInfo(static_cast<LineInfo::LINESTYLE>(m_Style), m_Width, Color());
 }
 
 void DXFLineBase::SetInfo(const LineInfo& info)
