@@ -8,32 +8,37 @@
 
 namespace {
 
-/// Finds the block of an insert; null for any other entity.
-class BlockFinder : private DXFWriter {
+/// Hands the inserts of a document to one action and all other entities to another.
+template <class OnInsert, class OnOther>
+class Sorter : private DXFWriter {
 public:
-    const DXFBlock* operator()(const DXFEntity& entity)
+    Sorter(OnInsert onInsert, OnOther onOther) : m_OnInsert(onInsert), m_OnOther(onOther) {}
+
+    void Sort(const DXF& document)
     {
-        m_Insert = nullptr;
-        entity.Write(*this);
-        return m_Insert ? m_Insert->Block() : nullptr;
+        for (std::size_t i = 0; i < document.NumLayers(); ++i) Sort(*document[i]);
     }
-    const DXFInsert* Insert() const { return m_Insert; }
 
 private:
-    using DXFWriter::Write;
-    void Write(const DXFInsert& insert) override { m_Insert = &insert; }
-
-    const DXFInsert* m_Insert = nullptr;
-};
-
-template <class Action>
-void ForEachEntity(const DXF& document, Action action)
-{
-    for (std::size_t i = 0; i < document.NumLayers(); ++i) {
-        const DXFLayer& layer = *document[i];
-        for (std::size_t k = 0; k < layer.NumEntities(); ++k) action(*layer[k]);
+    void Sort(const DXFLayer& layer)
+    {
+        for (std::size_t i = 0; i < layer.NumEntities(); ++i) {
+            m_IsInsert = false;
+            layer[i]->Write(*this);
+            if (!m_IsInsert) m_OnOther(*layer[i]);
+        }
     }
-}
+    using DXFWriter::Write;
+    void Write(const DXFInsert& insert) override
+    {
+        m_IsInsert = true;
+        m_OnInsert(insert);
+    }
+
+    OnInsert m_OnInsert;
+    OnOther m_OnOther;
+    bool m_IsInsert = false;
+};
 
 } // namespace
 
@@ -61,16 +66,22 @@ private:
         std::vector<std::pair<const DXFInsert*, std::size_t>> inner;
     };
 
+    /// The boxes of blocks outside the group are settled. No insert is asked for its box: it would start
+    /// another walk.
     void Sort(const DXFBlock& block, Member& member)
     {
-        BlockFinder find;
-        ForEachEntity(*block.GetDXF(), [&](const DXFEntity& entity) {
-            const auto place = m_Places.find(find(entity));
-            if (place == m_Places.end())
-                member.own.Update(entity.Extents());
+        const auto onInsert = [&](const DXFInsert& insert) {
+            const DXFBlock* used = insert.Block();
+            const auto place = m_Places.find(used);
+            if (place != m_Places.end())
+                member.inner.emplace_back(&insert, place->second);
             else
-                member.inner.emplace_back(find.Insert(), place->second);
-        });
+                member.own.Update(insert.ExtentsWith(used, used ? used->m_Extents : Box()));
+        };
+        const auto onOther = [&](const DXFEntity& entity) {
+            member.own.Update(entity.Extents());
+        };
+        Sorter(onInsert, onOther).Sort(*block.GetDXF());
     }
 
     /// A member that is being entered is empty; one that has been left keeps the box that it had then.
@@ -93,8 +104,6 @@ private:
     std::vector<bool> m_Entered;
 };
 
-/// A block that holds an insert has a box, if only of the insertion point: what stays without one holds none,
-/// and asking for it within the walk goes no deeper.
 void BlockBoxes::Compute(const DXFBlock& block)
 {
     Enter(block);
@@ -114,11 +123,11 @@ void BlockBoxes::Enter(const DXFBlock& block)
     m_Path.push_back(place);
     m_Open.push_back(place);
     Node& node = m_Nodes.emplace_back(Node{&block, {}, 0, place});
-    BlockFinder find;
-    ForEachEntity(*block.GetDXF(), [&](const DXFEntity& entity) {
-        const DXFBlock* used = find(entity);
+    const auto onInsert = [&node](const DXFInsert& insert) {
+        const DXFBlock* used = insert.Block();
         if (used && !used->m_Extents.IsValid()) node.used.push_back(used);
-    });
+    };
+    Sorter(onInsert, [](const DXFEntity&) {}).Sort(*block.GetDXF());
 }
 
 void BlockBoxes::Follow(const DXFBlock& used)
@@ -146,16 +155,6 @@ void BlockBoxes::Leave()
         group.push_back(m_Nodes[*member].block);
     }
     m_Open.erase(first, m_Open.end());
-    const bool holdsItself = std::find(node.used.begin(), node.used.end(), node.block) != node.used.end();
-    Settle(group, holdsItself);
-}
-
-void BlockBoxes::Settle(const std::vector<const DXFBlock*>& group, bool holdsItself)
-{
-    if (group.size() == 1 && !holdsItself) {
-        group[0]->m_Extents = group[0]->m_DXF->Extents();
-        return;
-    }
     Group members(group);
     for (std::size_t i = 0; i < group.size(); ++i) group[i]->m_Extents = members.BoxOf(i);
 }

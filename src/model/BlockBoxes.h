@@ -7,8 +7,6 @@
 #include <vector>
 
 class DXFBlock;
-class DXFEntity;
-class DXFInsert;
 
 /// Computes the boxes of a block and of all blocks that it needs for that, and leaves each in its block.
 ///
@@ -38,7 +36,6 @@ private:
     void Enter(const DXFBlock& block);
     void Follow(const DXFBlock& used);
     void Leave();
-    void Settle(const std::vector<const DXFBlock*>& group, bool holdsItself);
 
     std::vector<Node> m_Nodes; ///< in the order of entering
     std::unordered_map<const DXFBlock*, std::size_t> m_Places;
