@@ -45,7 +45,7 @@ private:
 /// Blocks that hold each other.
 class BlockBoxes::Group {
 public:
-    explicit Group(const std::vector<const DXFBlock*>& blocks)
+    explicit Group(const std::vector<const DXFBlock*>& blocks) : m_Blocks(blocks)
     {
         for (const DXFBlock* block : blocks) m_Places.emplace(block, m_Places.size());
         m_Members.resize(blocks.size());
@@ -55,6 +55,7 @@ public:
     /// The box of one member when nothing is being entered yet.
     Box BoxOf(std::size_t member)
     {
+        if (m_Members.size() > MAX_GROUP) return Union(member, [](std::size_t) { return Box(); });
         m_Boxes.assign(m_Members.size(), Box());
         m_Entered.assign(m_Members.size(), false);
         return Visit(member);
@@ -89,15 +90,20 @@ private:
     {
         if (m_Entered[index]) return m_Boxes[index];
         m_Entered[index] = true;
-        const Member& member = m_Members[index];
-        Box box = member.own;
-        for (const auto& [insert, inner] : member.inner) {
-            const bool enters = m_Members.size() <= MAX_GROUP;
-            box.Update(insert->ExtentsWith(insert->Block(), enters ? Visit(inner) : Box()));
-        }
+        const Box box = Union(index, [this](std::size_t inner) { return Visit(inner); });
         return m_Boxes[index] = box;
     }
 
+    template <class BoxWithin>
+    Box Union(std::size_t index, BoxWithin boxWithin)
+    {
+        Box box = m_Members[index].own;
+        for (const auto& [insert, inner] : m_Members[index].inner)
+            box.Update(insert->ExtentsWith(m_Blocks[inner], boxWithin(inner)));
+        return box;
+    }
+
+    const std::vector<const DXFBlock*>& m_Blocks;
     std::unordered_map<const DXFBlock*, std::size_t> m_Places;
     std::vector<Member> m_Members;
     std::vector<Box> m_Boxes;

@@ -267,6 +267,15 @@ TEST(NestedInserts, CostNoMoreThanTheyTakeToWriteDown)
     EXPECT_EQ(Probe::s_Counts.boxes, CLIQUE);
 }
 
+TEST(NestedInserts, MayStandInRingsOfAnySize)
+{
+    constexpr int COUNT = 30'000;
+    Nest::Graph graph(COUNT);
+    for (int i = 0; i < COUNT; ++i) graph[std::size_t(i)].push_back({(i + 1) % COUNT, P(0, 1, 0)});
+    Nest nest(graph);
+    for (int i = 0; i < COUNT; ++i) ExpectBox(nest.BoxOf(i), P(0, 0, 0), P(i + 1, 1, 0));
+}
+
 TEST(NestedInserts, OfADocumentInItselfEnd)
 {
     DXF document;
