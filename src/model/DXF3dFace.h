@@ -4,7 +4,8 @@
 
 #include <array>
 
-/// A face in space with three or four corners, in the order of its outline; a triangle has corners 2 and 3 in one place.
+/// A face in space with three or four corners, in the order of its outline; a triangle has corners 2 and 3 in
+/// one place.
 class HALYARD_API DXF3dFace : public DXFEntity {
 public:
     /// All corners at the origin.
@@ -14,9 +15,12 @@ public:
     DXF3dFace& operator=(const DXF3dFace&) = default;
     DXF3dFace& operator=(DXF3dFace&&) = default;
 
-    /// Corner 0 to 3, not checked. Writing through the second form does not make the box anew: set corners before the
-    /// first Extents().
-    const GTL::Point3D<double>& operator[](int corner) const { return m_Corners[static_cast<std::size_t>(corner)]; }
+    /// Corner 0 to 3, not checked. Writing through the second form does not make the box anew: set corners
+    /// before the first Extents().
+    const GTL::Point3D<double>& operator[](int corner) const
+    {
+        return m_Corners[static_cast<std::size_t>(corner)];
+    }
     GTL::Point3D<double>& operator[](int corner) { return m_Corners[static_cast<std::size_t>(corner)]; }
 
     DXF3dFace* Copy() const override;

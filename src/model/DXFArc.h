@@ -3,8 +3,9 @@
 #include "model/DXFLineBase.h"
 #include "support/Arc.h"
 
-/// An arc of a circle. Angles are bearings in degrees: clockwise from +y, 0 <= a < 360; the point at angle a is
-/// centre + (r sin a, r cos a). The arc runs from start to end in increasing angle; equal ends are a full turn.
+/// An arc of a circle. Angles are bearings in degrees: clockwise from +y, 0 <= a < 360; the point at angle a
+/// is centre + (r sin a, r cos a). The arc runs from start to end in increasing angle; equal ends are a full
+/// turn.
 class HALYARD_API DXFArc : public DXFLineBase {
 public:
     DXFArc() = default;
@@ -34,8 +35,8 @@ public:
     DXFArc* Copy() const override;
     const wchar_t* Name() const override;
     void Write(DXFWriter& writer) const override;
-    /// Maps the circle's square and both end points; start and end never change places, also when the map mirrors, and
-    /// the arc's own z is dropped.
+    /// Maps the circle's square and both end points; start and end never change places, also when the map
+    /// mirrors, and the arc's own z is dropped.
     void Transform(const GTL::Transformation<GTL::Point3D<double>>& t) override;
     const GTL::Extents3D<double>& Extents() const override;
     bool Clip(DXFClipContext& context) override;

@@ -9,8 +9,8 @@ struct DXFClipContext;
 class DXFWriter;
 
 /// Everything that can be drawn and lives in a layer. Coordinates are drawing units, x to the right, y up.
-/// Entities are values: a copy shares nothing with its source. Not safe for use from several threads at once: even
-/// Extents() fills a cache.
+/// Entities are values: a copy shares nothing with its source. Not safe for use from several threads at once:
+/// even Extents() fills a cache.
 class HALYARD_API DXFEntity {
 public:
     virtual ~DXFEntity() = default;
@@ -24,8 +24,8 @@ public:
     virtual void Transform(const GTL::Transformation<GTL::Point3D<double>>& t) = 0;
     /// The box of the entity, computed on first use after a change; invalid when it has no geometry.
     virtual const GTL::Extents3D<double>& Extents() const = 0;
-    /// Cuts the entity down to the context's rectangle; pieces beyond the first are added to the context's layer.
-    /// False means that nothing of the entity itself remains and the caller destroys it.
+    /// Cuts the entity down to the context's rectangle; pieces beyond the first are added to the context's
+    /// layer. False means that nothing of the entity itself remains and the caller destroys it.
     virtual bool Clip(DXFClipContext& context) = 0;
 
     /// Device colour word 0x00BBGGRR.

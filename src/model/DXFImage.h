@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-/// A raster picture from a file, placed in the drawing. Pixel coordinates (u, v), v counted upwards from the lower edge,
-/// map to the drawing as insertion point + u U + v V.
+/// A raster picture from a file, placed in the drawing. Pixel coordinates (u, v), v counted upwards from the
+/// lower edge, map to the drawing as insertion point + u U + v V.
 class HALYARD_API DXFImage : public DXFEntity {
 public:
     /// Kinds of clip boundary, with the numbers of the DXF format.
@@ -17,9 +17,9 @@ public:
 
     /// As the drawing gave it.
     const std::wstring& FileName() const { return m_FileName; }
-    /// Takes the name and loads the picture: from the name as it stands, then from the drawing's folder, backslashes
-    /// taken as separators. Sets the size in pixels from the picture. False when there is no picture to load; the size
-    /// then stays as it was and the name is kept all the same.
+    /// Takes the name and loads the picture: from the name as it stands, then from the drawing's folder,
+    /// backslashes taken as separators. Sets the size in pixels from the picture. False when there is no
+    /// picture to load; the size then stays as it was and the name is kept all the same.
     bool SetFileName(std::wstring name);
     /// Where the drawing lies, so that names beside it are found. Set before SetFileName.
     void SetDrawingFolder(const std::wstring& folder) { m_DrawingFolder = folder; }
@@ -41,15 +41,16 @@ public:
     void SetSize(double width, double height);
 
     CLIPTYPE ClipType() const { return m_ClipType; }
-    /// A rectangle: its two corner pixels, rows counted from the top, both inclusive. A polygon: its corners in pixel
-    /// coordinates (u, v), v counted upwards, the first not repeated.
+    /// A rectangle: its two corner pixels, rows counted from the top, both inclusive. A polygon: its corners
+    /// in pixel coordinates (u, v), v counted upwards, the first not repeated.
     const std::vector<GTL::Point2D<double>>& ClipBoundary() const { return m_ClipBoundary; }
     void SetClipBoundary(CLIPTYPE type, std::vector<GTL::Point2D<double>> boundary);
-    /// What is visible of the picture, in drawing coordinates: the clip boundary's corners, or those of the whole
-    /// picture when the boundary has too few (2 for a rectangle, 3 for a polygon).
+    /// What is visible of the picture, in drawing coordinates: the clip boundary's corners, or those of the
+    /// whole picture when the boundary has too few (2 for a rectangle, 3 for a polygon).
     std::vector<GTL::Point3D<double>> Outline() const;
 
-    /// Percentages as the DXF format has them: brightness and contrast 0 to 100 (50 is neutral), fade 0 to 100.
+    /// Percentages as the DXF format has them: brightness and contrast 0 to 100 (50 is neutral), fade 0 to
+    /// 100.
     int Brightness() const { return m_Brightness; }
     void SetBrightness(int brightness) { m_Brightness = brightness; }
     int Contrast() const { return m_Contrast; }

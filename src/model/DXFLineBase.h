@@ -24,7 +24,9 @@ public:
 
 protected:
     DXFLineBase() = default;
-    DXFLineBase(LineInfo::LINESTYLE style, double width) : m_Style(style), m_Width(static_cast<float>(width)) {}
+    DXFLineBase(LineInfo::LINESTYLE style, double width) : m_Style(style), m_Width(static_cast<float>(width))
+    {
+    }
     DXFLineBase(const DXFLineBase&) = default;
     DXFLineBase& operator=(const DXFLineBase&) = default;
 

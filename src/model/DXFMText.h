@@ -2,8 +2,8 @@
 
 #include "model/TextEntity.h"
 
-/// A text of several lines, broken at the rectangle width of its attributes. Its string keeps the inline formatting
-/// codes as the drawing carries them.
+/// A text of several lines, broken at the rectangle width of its attributes. Its string keeps the inline
+/// formatting codes as the drawing carries them.
 class HALYARD_API DXFMText : public TextEntity {
 public:
     DXFMText* Copy() const override;

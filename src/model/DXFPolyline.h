@@ -3,8 +3,8 @@
 #include "model/DXFLineBase.h"
 #include "support/Polyline.h"
 
-/// An open chain of straight and arc segments. The fourth scalar of a vertex is the bulge of the segment that begins
-/// there: the tangent of a quarter of its included angle, positive when it turns counter-clockwise.
+/// An open chain of straight and arc segments. The fourth scalar of a vertex is the bulge of the segment that
+/// begins there: the tangent of a quarter of its included angle, positive when it turns counter-clockwise.
 class HALYARD_API DXFPolyline : public DXFLineBase {
 public:
     DXFPolyline() = default;
@@ -13,7 +13,10 @@ public:
 
     int NumPoints() const { return static_cast<int>(m_Polyline.NumPoints()); }
     /// Vertex 0 to NumPoints() - 1, not checked.
-    const GTL::Point3D<double>& operator[](int index) const { return m_Polyline[static_cast<std::size_t>(index)]; }
+    const GTL::Point3D<double>& operator[](int index) const
+    {
+        return m_Polyline[static_cast<std::size_t>(index)];
+    }
     const GTL::Polyline<GTL::Point3D<double>>& GetPoly() const { return m_Polyline; }
     /// Replaces all vertices; flags, style and colour stay.
     void SetPoly(GTL::Polyline<GTL::Point3D<double>> polyline);
@@ -38,8 +41,8 @@ public:
     const wchar_t* Name() const override;
     void Write(DXFWriter& writer) const override;
     void Transform(const GTL::Transformation<GTL::Point3D<double>>& t) override;
-    /// Box of the vertices and of every arc between a vertex and the one after it; a bulge on the last vertex counts
-    /// for nothing.
+    /// Box of the vertices and of every arc between a vertex and the one after it; a bulge on the last vertex
+    /// counts for nothing.
     const GTL::Extents3D<double>& Extents() const override;
     bool Clip(DXFClipContext& context) override;
 

@@ -4,16 +4,19 @@
 
 #include <array>
 
-/// A filled triangle or quadrilateral. Corners run in the order of the DXF format: the outline is 0, 1, 3, 2; a triangle
-/// has corners 2 and 3 in one place.
+/// A filled triangle or quadrilateral. Corners run in the order of the DXF format: the outline is 0, 1, 3, 2;
+/// a triangle has corners 2 and 3 in one place.
 class HALYARD_API DXFSolid : public DXFEntity {
 public:
     /// All corners at the origin.
     DXFSolid() = default;
 
-    /// Corner 0 to 3, not checked. Writing through the second form does not make the box anew: set corners before the
-    /// first Extents().
-    const GTL::Point3D<double>& operator[](int corner) const { return m_Corners[static_cast<std::size_t>(corner)]; }
+    /// Corner 0 to 3, not checked. Writing through the second form does not make the box anew: set corners
+    /// before the first Extents().
+    const GTL::Point3D<double>& operator[](int corner) const
+    {
+        return m_Corners[static_cast<std::size_t>(corner)];
+    }
     GTL::Point3D<double>& operator[](int corner) { return m_Corners[static_cast<std::size_t>(corner)]; }
 
     DXFSolid* Copy() const override;

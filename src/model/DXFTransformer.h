@@ -13,8 +13,9 @@ class DXFPolyline;
 class DXFSolid;
 class DXFText;
 
-/// Base of a host's own transformers of whole layers: one operation for each kind that has geometry of its own (a polygon
-/// counts as a polyline, a multi-line text and an image are the host's to leave alone). The library calls none of them.
+/// Base of a host's own transformers of whole layers: one operation for each kind that has geometry of its
+/// own (a polygon counts as a polyline, a multi-line text and an image are the host's to leave alone). The
+/// library calls none of them.
 class HALYARD_API DXFTransformer {
 public:
     virtual ~DXFTransformer() = default;

@@ -15,8 +15,8 @@ class DXFPolyline;
 class DXFSolid;
 class DXFText;
 
-/// Visitor of entities: file writers, drawers and importers derive from it and override the kinds that they handle. Every
-/// Write of this class does nothing. A polygon comes as a polygon, never as a polyline.
+/// Visitor of entities: file writers, drawers and importers derive from it and override the kinds that they
+/// handle. Every Write of this class does nothing. A polygon comes as a polygon, never as a polyline.
 class HALYARD_API DXFWriter {
 public:
     DXFWriter() = default;

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-/// What single-line and multi-line texts share: a string, a position, attributes, and a box that comes from measuring
-/// the string with its font.
+/// What single-line and multi-line texts share: a string, a position, attributes, and a box that comes from
+/// measuring the string with its font.
 class HALYARD_API TextEntity : public DXFEntity {
 public:
     const std::wstring& Text() const { return m_Text; }
@@ -37,8 +37,8 @@ public:
     void Transform(const GTL::Transformation<GTL::Point3D<double>>& t) override;
     const GTL::Extents3D<double>& Extents() const override;
 
-    /// Font names in use by all texts of the process, in order of first use, distinct without regard to case. Not
-    /// guarded against use from several threads.
+    /// Font names in use by all texts of the process, in order of first use, distinct without regard to case.
+    /// Not guarded against use from several threads.
     static std::vector<std::wstring> s_FontTable;
     /// Appends this text's font to the table unless it is empty or there already.
     void UpdateFontTable() const;
