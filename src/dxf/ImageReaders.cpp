@@ -75,9 +75,6 @@ ErrorString DXFFile::ReadImage(DXF& document)
     image->SetSize(points[3].X(), points[3].Y());
     image->SetDrawingFolder(m_ReadState->folder);
     image->SetLayerName(Widen(m_Reader->First(8)));
-    if (m_Reader->Has(281)) image->SetBrightness(ParseInt(m_Reader->First(281)));
-    if (m_Reader->Has(282)) image->SetContrast(ParseInt(m_Reader->First(282)));
-    if (m_Reader->Has(283)) image->SetFade(ParseInt(m_Reader->First(283)));
 
     auto boundary = BoundaryOf(*m_Reader);
     const bool polygon = ParseInt(m_Reader->First(71)) == DXFImage::CLIP_POLYGON;
