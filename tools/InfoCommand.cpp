@@ -11,7 +11,10 @@
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
+#include <charconv>
 #include <cmath>
+#include <cstdio>
 #include <map>
 #include <memory>
 
@@ -54,6 +57,27 @@ Json BlocksJson(const DXF& document)
     return blocks;
 }
 
+/// Escapes the characters U+007F to U+009F, which JSON may hold as they are but a terminal obeys. They stand
+/// in strings only.
+std::string WithoutControls(const std::string& json)
+{
+    std::string text;
+    for (std::size_t i = 0; i < json.size(); ++i) {
+        const bool isDelete = json[i] == '\x7F';
+        const bool isControl =
+            json[i] == '\xC2' && i + 1 < json.size() && static_cast<unsigned char>(json[i + 1]) < 0xA0;
+        if (!isDelete && !isControl) {
+            text += json[i];
+            continue;
+        }
+        char escape[sizeof "\\u0000"];
+        std::snprintf(escape, sizeof escape, "\\u%04x",
+                      static_cast<unsigned>(isDelete ? 0x7F : static_cast<unsigned char>(json[++i])));
+        text += escape;
+    }
+    return text;
+}
+
 std::string InfoJson(const Drawing& drawing, const Summary& summary)
 {
     const auto textOrNull = [](bool known, const std::string& text) {
@@ -80,7 +104,7 @@ std::string InfoJson(const Drawing& drawing, const Summary& summary)
     for (const auto& [name, count] : drawing.Skipped()) info["skipped"][ToUtf8(name)] = count;
     info["warnings"] = Json::array();
     for (const std::wstring& warning : drawing.Warnings()) info["warnings"].push_back(ToUtf8(warning));
-    return info.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+    return WithoutControls(info.dump(2, ' ', false, Json::error_handler_t::replace)) + "\n";
 }
 
 /// Names and texts of a drawing as people read them: where its release keeps text in UTF-8, the characters of
@@ -99,24 +123,34 @@ std::string Shown(const Drawing& drawing, const std::wstring& text)
     return Printable(isUtf8 ? decoded : text);
 }
 
-std::string PointText(const GTL::Point3D<double>& point)
-{
-    JsonWriter text;
-    text.Raw("(");
-    text.Number(point.X());
-    text.Raw(", ");
-    text.Number(point.Y());
-    text.Raw(", ");
-    text.Number(point.Z());
-    text.Raw(")");
-    return text.Text();
-}
-
-std::string NumberText(float value)
+template <class T>
+std::string ShortestText(T value)
 {
     JsonWriter text;
     text.Number(value);
     return text.Text();
+}
+
+/// For people: no more than six decimals, which is what files mostly hold, and no zeros at the end.
+std::string CoordinateText(double value)
+{
+    constexpr double LARGEST_IN_DIGITS = 1e15;
+    constexpr int DECIMALS = 6;
+    if (!std::isfinite(value)) return "unknown";
+    if (std::abs(value) >= LARGEST_IN_DIGITS) return ShortestText(value);
+    char digits[32];
+    const std::to_chars_result end =
+        std::to_chars(digits, digits + sizeof digits, value, std::chars_format::fixed, DECIMALS);
+    std::string text(digits, end.ptr);
+    text.resize(text.find_last_not_of('0') + 1);
+    if (text.ends_with('.')) text.pop_back();
+    return text == "-0" ? "0" : text;
+}
+
+std::string PointText(const GTL::Point3D<double>& point)
+{
+    return "(" + CoordinateText(point.X()) + ", " + CoordinateText(point.Y()) + ", "
+           + CoordinateText(point.Z()) + ")";
 }
 
 /// The name under which people know a release.
@@ -142,7 +176,8 @@ std::string LayersText(const Drawing& drawing)
     for (std::size_t i = 0; i < document.NumLayers(); ++i) {
         const DXFLayer& layer = *document[i];
         table.Add({Shown(drawing, layer.Name()), ColorText(layer.Color()), layer.IsVisible() ? "yes" : "no",
-                   ToUtf8(layer.StyleStr()), NumberText(layer.Width()), std::to_string(layer.NumEntities())});
+                   ToUtf8(layer.StyleStr()), ShortestText(layer.Width()),
+                   std::to_string(layer.NumEntities())});
     }
     return "\nLayers, drawn in this order\n" + table.Text("  ");
 }

@@ -49,10 +49,11 @@ SafeOutput::~SafeOutput()
 
 std::optional<std::wstring> SafeOutput::Prepare()
 {
-    std::error_code error;
+    std::error_code notThere;
+    std::error_code broken;
     fs::path target = PathOf(m_Target);
-    if (fs::is_symlink(target, error)) target = fs::weakly_canonical(target, error);
-    if (error) return L"leads nowhere";
+    if (fs::is_symlink(target, notThere)) target = fs::weakly_canonical(target, broken);
+    if (broken) return L"is a link that leads nowhere";
     m_Target = NameOf(target);
     if (FileSystem::IsFolder(m_Target)) return L"is a folder";
     if (FileSystem::Exists(m_Target) && !FileSystem::IsRegularFile(m_Target)) return L"is no regular file";
