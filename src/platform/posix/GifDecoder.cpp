@@ -113,7 +113,7 @@ void ReadFrame(GifFileType* gif, const Frame& frame, int transparent, Picture& p
 Complaint DecodeGif(ByteSource& source, Picture& picture)
 {
     // The longest string of the 4096 in the table stands in 12 bits.
-    constexpr std::uint64_t MOST_PIXELS_A_BYTE = 4096;
+    constexpr std::uint64_t MOST_PIXELS_A_BYTE = 4096 * 8 / 12 + 1;
     ByteReader in(source);
     const Gif gif(DGifOpen(&in, ReadBytes, nullptr));
     if (!gif) return L"not a GIF file";

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <csetjmp>
 #include <cstddef>
 #include <cstdio>
@@ -27,6 +28,7 @@ struct JpegInput {
 
 struct JpegProgress {
     jpeg_progress_mgr manager;
+    int mostScans;
 };
 
 struct JpegState {
@@ -84,8 +86,8 @@ void SkipInput(j_decompress_ptr decoder, long count)
 /// Each scan of a progressive file costs a pass over the whole picture, however few bytes it has.
 void LimitScans(j_common_ptr common)
 {
-    constexpr int MAX_SCANS = 100;
-    if (reinterpret_cast<j_decompress_ptr>(common)->input_scan_number > MAX_SCANS) Escape(common);
+    const auto* progress = reinterpret_cast<JpegProgress*>(common->progress);
+    if (reinterpret_cast<j_decompress_ptr>(common)->input_scan_number > progress->mostScans) Escape(common);
 }
 
 void Prepare(JpegState& state, ByteSource& source, Picture& picture)
@@ -119,8 +121,11 @@ Complaint AllocateFor(JpegState& state)
     const Complaint complaint = Pixels::Allocate(*state.picture, decoder.image_width, decoder.image_height,
                                                  Pixels::Product(state.size, MOST_PIXELS_A_BYTE));
     if (complaint) return complaint;
+    // Encoders make about ten scans; the largest pictures may have a few more, small ones plenty.
+    constexpr long MOST_PIXELS_SCANNED = 1L << 31;
     const auto pixels = static_cast<long>(state.picture->pixels.size());
     decoder.mem->max_memory_to_use = MEMORY_BASE + MEMORY_PER_PIXEL * pixels;
+    state.progress.mostScans = static_cast<int>(std::clamp(MOST_PIXELS_SCANNED / pixels, 16L, 100L));
     constexpr std::size_t MOST_COMPONENTS = 4;
     state.row.resize(decoder.image_width * MOST_COMPONENTS);
     return nullptr;
