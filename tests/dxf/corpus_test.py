@@ -15,6 +15,7 @@ from pathlib import Path
 
 # Degrees that pass through the cosine and sine of a direction in six decimals.
 TOLERANCES = {"rotation": 1e-4}
+MAX_LINE = 511  # a longer line ends the reading
 SIMPLE = {"LINE", "POINT", "CIRCLE", "ARC", "SOLID", "3DFACE", "TEXT", "MTEXT", "INSERT", "IMAGE"}
 
 
@@ -22,6 +23,8 @@ def pairs(text):
     lines = text.split(b"\n")
     lines = [line[:-1] if line.endswith(b"\r") else line for line in lines]
     for code, value in zip(lines[0::2], lines[1::2]):
+        if max(len(code), len(value)) > MAX_LINE:
+            return
         try:
             yield int(code), value.decode("latin-1")
         except ValueError:
