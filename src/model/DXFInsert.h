@@ -44,7 +44,9 @@ public:
     DXFInsert* Copy() const override;
     const wchar_t* Name() const override;
     void Write(DXFWriter& writer) const override;
-    /// Turns and scales the placement with the insert's own axes.
+    /// The rotation follows the mapped x axis; scales and spacings are multiplied by the lengths of the
+    /// mapped axes, and a map that mirrors negates those along y. The map is taken in the object coordinates
+    /// of the extrusion, which stays: what would tilt that plane is dropped.
     void Transform(const GTL::Transformation<GTL::Point3D<double>>& t) override;
     /// The insertion point, and the block's box moved by the base point (as it stands), turned, scaled and
     /// moved to the insertion point. Rows and columns do not enter. A block that inserts itself, directly or

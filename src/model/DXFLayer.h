@@ -58,7 +58,9 @@ public:
     void IncRefCount() { ++m_RefCount; }
     bool DecRefCount();
 
-    /// Appends an entity and takes ownership; returns it. Null is returned for null.
+    /// Appends an entity and takes ownership; returns it. Null is returned for null. A box that is known
+    /// grows; one that is not stays so, here and in all that adds entities, and the entity's is not asked
+    /// for.
     DXFEntity* Add(DXFEntity* entity);
     /// Destroys an entity of this layer. False when it is not here (or was shared: take the pointer from the
     /// non-const operator[]).

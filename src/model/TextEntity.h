@@ -33,7 +33,10 @@ public:
     /// The rectangle of the text in the drawing, placed by its justification.
     TextRectComp::Rect PlacedRectangle() const;
 
-    /// Turns the text with its base line and scales its size and rectangle width with its own axes.
+    /// The new rotation is that of the mapped base line. The rectangle width scales with the base line, the
+    /// size with the distance of parallels to it. Letters are never mirrored: under a map that mirrors, the
+    /// text changes to the other side of its base line. A base line that shrinks to a point keeps its
+    /// direction.
     void Transform(const GTL::Transformation<GTL::Point3D<double>>& t) override;
     const GTL::Extents3D<double>& Extents() const override;
 
