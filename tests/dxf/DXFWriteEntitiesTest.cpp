@@ -189,13 +189,15 @@ TEST_F(DXFWriteEntities, EveryKindHasItsGroups)
 TEST_F(DXFWriteEntities, ATextStandsAtItsPointInItsStyle)
 {
     m_Drawing.Add(NewText());
+    Add<DXFText>()->SetTextInfo(Font(L"txt", 1));
+    const Rows groups = WriteEntities();
     EXPECT_EQ(
-        WriteEntities(),
-        Table(
-            "0 TEXT|5 #|8 0|62 0|100 AcDbEntity|100 AcDbText|10 1.000000|20 2.000000|30 3.000000|40 2.500000|"
-            "1 12\xB0|50 30.000000|7 Arial_Bold_ttf|72 1|11 1.000000|21 2.000000|31 3.000000|100 AcDbText|73 "
-            "2",
-            FIRST_ENTITY + 1)); // one handle more for the style
+        Object(groups, 0),
+        Table("5 #|8 0|62 0|100 AcDbEntity|100 AcDbText|10 1.000000|20 2.000000|30 3.000000|40 2.500000|"
+              "1 12\xB0|50 30.000000|7 Arial_Bold_ttf|72 1|11 1.000000|21 2.000000|31 3.000000|100 "
+              "AcDbText|73 2",
+              FIRST_ENTITY + 2)); // two handles more for the styles
+    EXPECT_EQ(Values(groups, 7), (Rows{"Arial_Bold_ttf", "txt"}));
 }
 
 TEST_F(DXFWriteEntities, LayersAndColoursChangeFromEntityToEntity)
@@ -236,7 +238,7 @@ TEST_F(DXFWriteEntities, ATextStaysOnItsLine)
     const std::string x509(509, 'x');
     const std::wstring wide509(509, L'x');
     const TextCase cases[] = {
-        {L"\u00FF\u0100\U0001F600", "\xFF\\U+0100\\U+D83D\\U+DE00"}, // U+1F600 is D83D DE00 in UTF-16
+        {L"\u00FF\u0100\U0001F601", "\xFF\\U+0100\\U+D83D\\U+DE01"}, // U+1F601 is D83D DE01 in UTF-16
         {L"\xD83D\xDE00|\xD800|", "\\U+D83D\\U+DE00|\\U+D800|"},
         {L"a\r\nb\nc\rd\te\x1B" + std::wstring(1, L'\0'), "a b c d\te  "},
         {wide509 + L"abc", x509 + "ab"},
@@ -334,6 +336,11 @@ TEST_F(DXFWriteEntities, ImagesShareADefinitionByTheirExactFileName)
          {L"d:\\pics\\no.such.bmp", L"plain.bmp", L"d:\\pics\\no.such.bmp", L"Plain.bmp"})
         m_Drawing.Add(L"I", NewImage(name), true)->SetColor(0xFFUL);
     ASSERT_TRUE(m_Drawing.RenameLayer(L"I", L"Pictures"));
+    DXFFile file;
+    ASSERT_TRUE(file.Write(m_File.wstring(), m_Drawing, m_KeepGoing));
+    ASSERT_TRUE(file.Write(m_File.wstring(), m_Drawing, m_KeepGoing));
+    EXPECT_EQ(Objects(GroupsOf(Bytes()), "IMAGEDEF").size(), 3U) << "the first file's definitions are gone";
+    EXPECT_EQ(Objects(GroupsOf(Bytes()), "IMAGEDEF_REACTOR").size(), 4U);
     const Rows groups = Write(1);
 
     // In the order of meeting: definition 7d1, reactor 7d2; 7d3, 7d4; reactor 7d5; definition 7d6, reactor
