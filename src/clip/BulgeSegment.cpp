@@ -42,10 +42,12 @@ double BulgeSegment::BulgeBetween(double v0, double v1) const
     return std::copysign(std::tan((HalfSwept(v1) - HalfSwept(v0)) / 2), m_From.B());
 }
 
-BulgeSegment::Roots BulgeSegment::Solve(double p0, double p2, double normal) const
+BulgeSegment::Roots BulgeSegment::Zeros(double atFrom, double atTo, double alongNormal) const
 {
     // p0 (1-v)^2 + 2 p1 v (1-v) + p2 v^2 = 0, brought to a scale on which nothing overflows.
-    double p1 = m_Cosine * (p0 / 2 + p2 / 2) + m_Sine * (normal / 2);
+    double p0 = atFrom;
+    double p1 = m_Cosine * (atFrom / 2 + atTo / 2) + m_Sine * (alongNormal / 2);
+    double p2 = atTo;
     const double scale = std::max({std::abs(p0), std::abs(p1), std::abs(p2)});
     Roots roots;
     if (!(scale > 0) || std::isinf(scale)) return roots;
@@ -58,6 +60,8 @@ BulgeSegment::Roots BulgeSegment::Solve(double p0, double p2, double normal) con
     // The ratios v : (1-v) of the roots are q : p2 and p0 : q; those above 0 lie on the arc.
     if (q * p2 > 0) roots.v[roots.count++] = q / (q + p2);
     if (q * p0 > 0) roots.v[roots.count++] = p0 / (p0 + q);
+    if (p0 == 0 && p1 > 0) roots.v[roots.count++] = 0;
+    if (p2 == 0 && p1 > 0) roots.v[roots.count++] = 1;
     if (roots.count == 2 && roots.v[0] > roots.v[1]) std::swap(roots.v[0], roots.v[1]);
     return roots;
 }
@@ -68,10 +72,16 @@ BulgeSegment::Crossings BulgeSegment::CrossingsWith(const Extents2D<double>& win
     const auto take = [&found](const Roots& roots, Side side) {
         for (std::size_t i = 0; i < roots.count; ++i) found.places[found.count++] = {roots.v[i], side};
     };
-    take(RootsY(window.MinY()), Side::BOTTOM);
-    take(RootsX(window.MaxX()), Side::RIGHT);
-    take(RootsY(window.MaxY()), Side::TOP);
-    take(RootsX(window.MinX()), Side::LEFT);
+    const auto meetX = [this](double x) {
+        return Zeros(m_From.X() - x, m_To.X() - x, m_Normal.X());
+    };
+    const auto meetY = [this](double y) {
+        return Zeros(m_From.Y() - y, m_To.Y() - y, m_Normal.Y());
+    };
+    take(meetY(window.MinY()), Side::BOTTOM);
+    take(meetX(window.MaxX()), Side::RIGHT);
+    take(meetY(window.MaxY()), Side::TOP);
+    take(meetX(window.MinX()), Side::LEFT);
     std::stable_sort(found.places.begin(), found.places.begin() + static_cast<std::ptrdiff_t>(found.count),
                      [](const Crossing& a, const Crossing& b) { return a.v < b.v; });
     return found;

@@ -52,13 +52,15 @@ public:
     /// Bulge of the stretch between two places.
     double BulgeBetween(double v0, double v1) const;
     Crossings CrossingsWith(const Extents2D<double>& window) const;
-    Roots RootsX(double x) const { return Solve(m_From.X() - x, m_To.X() - x, m_Normal.X()); }
-    Roots RootsY(double y) const { return Solve(m_From.Y() - y, m_To.Y() - y, m_Normal.Y()); }
+    /// A linear function of the place in plan, given by its values at both ends and its change along the
+    /// chord turned clockwise: where the arc passes its zero. A value of 0 at an end counts as negative, so
+    /// that the zeros of neighbouring segments count once together.
+    Roots Zeros(double atFrom, double atTo, double alongNormal) const;
+    const Vector2D<double>& Normal() const { return m_Normal; }
     /// Widens a box by the arc's extreme points between its ends.
     void Widen(Extents3D<double>& box) const;
 
 private:
-    Roots Solve(double p0, double p2, double normal) const;
     /// Half of the angle swept from the start to a place.
     double HalfSwept(double v) const;
 

@@ -7,12 +7,15 @@ namespace GTL {
 
 /// Cuts a straight segment.
 ///
-/// The border lines are tried in the order bottom, right, top, left, until two output points are known; an
-/// end that lies inside is the first of them when it is the start. A crossing counts when its place along the
-/// border lies in minimum <= place < maximum, so that a segment through the upper right corner is not found
-/// there on two lines. What follows from that is meant: a segment that has one end, or none, inside and meets
-/// the window in one counted point only keeps its second end as it is, also outside; one that meets the lower
-/// left corner is found there twice and shrinks to that point.
+/// The border lines are tried in the order bottom, right, top, left until two output points are known; a
+/// start that lies inside is the first of them. A crossing counts when its place along the border lies in
+/// minimum <= place < maximum, so that a segment through the upper right corner is not found there on two
+/// lines. What follows is meant:
+/// - where only one point is known in the end, the second end stays as it is, also when it lies outside: a
+/// segment that
+///   touches the window in one counted point, or leaves it through the upper right corner;
+/// - a segment without a known point is outside, also when it ends in the upper right corner;
+/// - a segment from outside that meets the lower left corner is found there twice and shrinks to that point.
 template <class P>
 class HALYARD_API LineClipper : public Clipper<P> {
 public:

@@ -83,7 +83,8 @@ SegmentCut::Stretches SegmentCut::Bent(const BulgeSegment& arc, const P& a, cons
             found.list[found.count++] = {from, begin};
         open = inside;
     }
-    if (open) found.list[found.count++] = {from, {1, !IsTrulyInside(b), Side::UNKNOWN}};
+    if (open && (from.at < 1 || IsTrulyInside(b)))
+        found.list[found.count++] = {from, {1, !IsTrulyInside(b), Side::UNKNOWN}};
     return found;
 }
 

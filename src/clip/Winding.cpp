@@ -26,23 +26,19 @@ public:
         }
     }
 
-    double Forward(const P3& p) const
-    {
-        const double along = AlongX() ? p.X() - m_Place.X() : p.Y() - m_Place.Y();
-        return m_Side == Side::BOTTOM || m_Side == Side::RIGHT ? along : -along;
-    }
+    double Forward(const P3& p) const { return Turned(AlongX() ? p.X() - m_Place.X() : p.Y() - m_Place.Y()); }
     double Out(const P3& p) const
     {
         const double out = AlongX() ? p.Y() - m_Place.Y() : p.X() - m_Place.X();
         return m_Side == Side::TOP || m_Side == Side::RIGHT ? out : -out;
     }
-    /// Where an arc crosses the ray or its prolongation into the window.
-    BulgeSegment::Roots Meet(const BulgeSegment& arc) const
-    {
-        return AlongX() ? arc.RootsX(m_Place.X()) : arc.RootsY(m_Place.Y());
-    }
+    double Forward(const Vector2D<double>& v) const { return Turned(AlongX() ? v.X() : v.Y()); }
 
 private:
+    double Turned(double along) const
+    {
+        return m_Side == Side::BOTTOM || m_Side == Side::RIGHT ? along : -along;
+    }
     bool AlongX() const { return m_Side == Side::BOTTOM || m_Side == Side::TOP; }
 
     Side m_Side;
@@ -72,9 +68,9 @@ int WindingInsideBorder(const std::vector<P3>& ring, const Extents2D<double>& wi
         const bool passes = (forwardA <= 0) != (forwardB <= 0);
         if (a.B() != 0 && IsBent(a, b)) {
             const BulgeSegment arc(a, b);
-            const BulgeSegment::Roots roots = frame.Meet(arc);
+            const BulgeSegment::Roots roots = arc.Zeros(forwardA, forwardB, frame.Forward(arc.Normal()));
             int turn = forwardA <= 0 ? 1 : -1;
-            for (std::size_t k = 0; k < roots.count && (passes ? k < 1 : roots.count == 2); ++k) {
+            for (std::size_t k = 0; k < roots.count; ++k) {
                 if (frame.Out(arc.PointAt(roots.v[k])) >= 0) winding += turn;
                 turn = -turn;
             }
