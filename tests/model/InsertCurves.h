@@ -39,8 +39,8 @@ struct Stretch {
         double along = std::fmod(
             (std::atan2(p.Y() - center.Y(), p.X() - center.X()) - start) * (sweep < 0 ? -1 : 1), turn);
         if (along < 0) along += turn;
-        if (along <= std::abs(sweep))
-            return std::hypot(std::hypot(p.X() - center.X(), p.Y() - center.Y()) - radius, p.Z() - from.Z());
+        const double t = along / std::abs(sweep);
+        if (t <= 1) return (p - At(t)).Length();
         return std::min((p - At(0)).Length(), (p - At(1)).Length());
     }
 

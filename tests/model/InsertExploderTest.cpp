@@ -197,6 +197,14 @@ TEST(InsertExploder, CirclesAndArcsKeepTheirExactShapeWhereNothingBendsThem)
     EXPECT_EQ(exploded->GetCircle().SquaredRadius(), square);
     ExpectNear(exploded->Center(), {11, 22, 33});
 
+    // Turned by 45 degrees and then stretched, the axes are of one length but lean towards each other.
+    Drawing skewed;
+    skewed.Block(L"circle").Add(L"0", new DXFCircle(P(), 1), true);
+    skewed.Insert(skewed.Block(L"B"), L"circle").SetRotation(45);
+    skewed.Insert(L"B").SetScale({1, 2, 1});
+    skewed.Explode();
+    EXPECT_TRUE(skewed.Only<DXFPolygon>());
+
     // A sweep too small for any bearing but 0 to hold must not become a full turn.
     Drawing tiny;
     tiny.Block(L"B").Add(L"0", new DXFArc(P(), 1, 0, 1e-15), true);
@@ -250,6 +258,21 @@ TEST(InsertExploder, PolylinesKeepTheirBulgesOrGiveThemUp)
         EXPECT_EQ(ring->NumPoints() > 2, row.bulge == 0);
         EXPECT_EQ(ring->NumPoints(), row.bulge != 0 ? 2 : 2 * (chain->NumPoints() - 1));
     }
+}
+
+TEST(InsertExploder, ATiltedLightweightPolylineIsLightweightNoMore)
+{
+    Drawing d;
+    auto* chain = new DXFPolyline;
+    chain->PushBack(1, 0);
+    chain->PushBack(0, 1);
+    chain->SetLWPolyLine(true);
+    d.Block(L"B").Add(L"0", chain, true);
+    d.Insert(L"B").SetExtrusion({1, 0, 0});
+    d.Explode();
+    ASSERT_TRUE(d.Only<DXFPolyline>());
+    EXPECT_FALSE(
+        d.Only<DXFPolyline>()->GetLWPolyLine()); // (0, 1, 0) and (0, 0, 1) have no elevation in common
 }
 
 TEST(InsertExploder, TextsAndImagesAreTurnedAndScaled)
@@ -396,6 +419,7 @@ private:
         block.Add(L"0", new DXFLine(Spot(), Spot()), true);
         block.Add(L"0", new DXFCircle(Spot(), Number(0.1, 5), Normal()), true);
         block.Add(L"0", new DXFArc(Spot(), Number(0.1, 5), Number(0, 360), Number(0, 360), Normal()), true);
+        block.Add(L"0", new DXFArc(Spot(), 1, 77, 77, Normal()), true);
         Corners(block, new DXFSolid);
         Corners(block, new DXF3dFace);
         Chain(block, new DXFPolyline);
@@ -409,9 +433,10 @@ private:
     }
     void Chain(DXF& block, DXFPolyline* chain)
     {
-        const double z = Number(-9, 9);
-        for (const double bulge : {0.0, 0.3, -1.0, 2.5, -0.05})
-            chain->PushBack({Number(-9, 9), Number(-9, 9), z, bulge});
+        for (const double bulge : {0.0, 0.3, -1.0, 2.5, -0.05}) {
+            const P spot = Spot();
+            chain->PushBack({spot.X(), spot.Y(), spot.Z(), bulge});
+        }
         block.Add(L"0", chain, true);
     }
     void Place(DXF& into, const wchar_t* block)
@@ -510,6 +535,8 @@ TEST(InsertExploder, ArraysOfNothingCostNothing)
     d.Block(L"empty");
     d.Insert(d.Block(L"hollow"), L"absent");
     d.Array(d.Block(L"self"), L"self", MANY, MANY);
+    d.Insert(d.Block(L"partly"), L"absent");
+    d.Block(L"partly").Add(L"0", new DXFPoint, true);
     DXF& cut = d.Block(L"cut");
     cut.Add(L"0", new DXFPoint, true);
     d.Array(d.Block(L"back"), L"cut", MANY, MANY);
@@ -517,12 +544,13 @@ TEST(InsertExploder, ArraysOfNothingCostNothing)
     for (const wchar_t* name : {L"empty", L"hollow", L"self", L"absent"})
         d.Array(d.document, name, MANY, MANY);
     d.Insert(L"cut");
+    d.Array(d.document, L"partly", 2, 1);
     const InsertExploder::Report report = d.Explode(1000);
     EXPECT_FALSE(report.limitReached);
-    EXPECT_EQ(Listing(d.document), Rows{"0:POINT 0 0"});
-    // Cells of empty, hollow and self; the insert of cut and the cells of back in it.
-    EXPECT_EQ(report.inserts, 4'000'000'000'000'000'001U);
-    EXPECT_EQ(report.missingBlocks, 2U);
+    EXPECT_EQ(Listing(d.document), Rows(3, "0:POINT 0 0"));
+    // Cells of empty, hollow and self; the insert of cut and the cells of back in it; the cells of partly.
+    EXPECT_EQ(report.inserts, 4'000'000'000'000'000'003U);
+    EXPECT_EQ(report.missingBlocks, 3U); // in hollow, in partly, and the array itself
     EXPECT_EQ(report.recursive, 2U);
 }
 
