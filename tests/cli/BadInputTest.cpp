@@ -37,6 +37,7 @@ const Row ROWS[] = {
      "lines that end with CR alone are not supported; save it with CR LF or LF"},
     {"letter.txt", "Dear reader,\nthis is\nno drawing.\n", "is text, but not a DXF drawing"},
     {"table.csv", "1,2,3\n4,5,6\n", "is text, but not a DXF drawing"},
+    {"list.txt", "1\nnail\nscrew\nbolt\nnut\nrivet\n", "is text, but not a DXF drawing"},
     {"noise.dat", "\x01\x02\0\x03\x04"s, "is not a drawing of a kind that Halyard reads"},
     {"code.dxf", "7\nSECTION\n",
      "cannot be read as a drawing: Error Line 1. Unexpected group code (7) found."},

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 
 using nlohmann::json;
 
@@ -33,6 +34,23 @@ std::string MText(const std::string& text)
 {
     return "0\nMTEXT\n8\n0\n10\n1.23456789\n20\n2\n40\n0.123456789\n41\n9\n11\n0.6\n21\n0.799999999\n1\n"
            + text + "\n";
+}
+
+/// Their directions of unit length are none any more with six decimals, and their boxes are computed from all
+/// that.
+std::string TurnedTexts()
+{
+    constexpr int TEXTS = 300;
+    constexpr double STEP = 0.0210987654321;
+    std::string drawing;
+    for (int i = 0; i < TEXTS; ++i) {
+        char turned[200];
+        std::snprintf(turned, sizeof turned,
+                      "0\nMTEXT\n8\n0\n10\n%.9f\n20\n%.9f\n40\n%.9f\n11\n%.12f\n21\n%.12f\n1\nText\n",
+                      std::cbrt(i), std::sqrt(i), 1 + i * STEP, std::cos(i * STEP), std::sin(i * STEP));
+        drawing += turned;
+    }
+    return drawing;
 }
 
 } // namespace
@@ -122,8 +140,11 @@ TEST_F(ConvertCommand, DoneTwiceIsDoneOnce)
         Drawing("0 TEXT|8 0|10 0.12345678|20 1e-7|40 1.23456789|1 T|7 arial narrow.ttf|50 359.9999999|72 4"),
         Drawing("0 TEXT|8 0|10 1|20 1|11 2|21 2|40 1|1 T|7 A font whose name is longer than others|50 "
                 "-30.00000049|72 1|73 2"),
-        Drawing("0 ARC|8 0|10 0.5|20 0.5|40 7.123456789|50 359.9999999|51 123.45678949|0 ARC|8 0|10 0|20 "
-                "0|40 1|50 0|51 360"),
+        Drawing("0 ARC|8 0|10 -0.0000004|20 0|40 1|50 10|51 45"),
+        Drawing("0 ARC|8 0|10 0.00000049|20 0.00000049|40 1.00000049|50 0|51 360"),
+        Drawing("0 ARC|8 0|10 0|20 0|40 1|50 359.9999999|51 123.45678949|0 ARC|8 0|10 0|20 0|40 2|50 7|51 "
+                "359.9999999"),
+        TurnedTexts(),
         Drawing("0 CIRCLE|8 0|10 0.00000049|20 -0.00000051|40 12345.6789012345|0 CIRCLE|8 0|10 1|20 2|40 "
                 "-3|39 5"),
         Drawing("0 CIRCLE|8 0|10 1|20 2|40 3|210 0|220 0|230 -1|0 ARC|8 0|10 1|20 2|40 3|50 0|51 90|210 "
@@ -174,6 +195,15 @@ TEST_F(ConvertCommand, KeepsTheHeightOfLightweightPolylines)
     EXPECT_NE(
         Read("out.dxf").find("AcDb2dPolyline\r\n66\r\n1\r\n10\r\n0.0\r\n20\r\n0.0\r\n30\r\n5.500000\r\n"),
         std::string::npos);
+}
+
+TEST_F(ConvertCommand, KeepsTheBoxThatTheWriterNotedForAText)
+{
+    // Whatever the fonts of this machine measure.
+    Write("in.dxf",
+          MText("\\fArial|b0|i0|c0|p34;Hi") + "999\nYES\n17\n-5\n27\n-6\n37\n0\n18\n70\n28\n80\n38\n0\n");
+    EXPECT_EQ(Halyard("convert in.dxf out.dxf").status, 0);
+    EXPECT_EQ(Info("out.dxf")["extents"], json({{"min", {-5, -6, 0}}, {"max", {70, 80, 0}}}));
 }
 
 TEST_F(ConvertCommand, ListsOnlyTheFontsOfTheDrawing)
