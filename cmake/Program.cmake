@@ -1,6 +1,7 @@
 # The program: tools/*.cpp over the shared library, found beside it in the build tree and after installation alike.
 file(GLOB HALYARD_PROGRAM_SOURCES CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/tools/*.cpp")
-if(HALYARD_PROGRAM_SOURCES)
+# A build for fuzzing does without it.
+if(HALYARD_PROGRAM_SOURCES AND NOT HALYARD_FUZZ)
     find_package(CLI11 REQUIRED)
     find_package(nlohmann_json 3.11 REQUIRED)
     add_executable(halyard_program ${HALYARD_PROGRAM_SOURCES})
