@@ -28,7 +28,7 @@ private:
     void ReadPixels();
     std::uint32_t ReadPixel();
     std::uint32_t ReadColor(unsigned bits);
-    void Put(std::uint64_t number, std::uint32_t pixel);
+    void Arrange();
 
     bool HasAlpha() const { return m_AttributeBits != 0; }
 
@@ -69,6 +69,7 @@ Complaint TgaDecoder::Decode()
     const std::uint64_t backed = m_In.Left() / packetSize * perPacket * Pixels::TRUNCATION_ALLOWANCE;
     if (const Complaint complaint = Pixels::Allocate(m_Picture, m_Width, m_Height, backed)) return complaint;
     ReadPixels();
+    Arrange();
     if (HasAlpha()) Pixels::KeyOutUnlessAllTransparent(m_Picture);
     return nullptr;
 }
@@ -124,17 +125,21 @@ void TgaDecoder::ReadPalette()
 /// Pixels in the order of the file; runs go on over the end of a row.
 void TgaDecoder::ReadPixels()
 {
-    const std::uint64_t count = m_Width * m_Height;
-    std::uint64_t number = 0;
-    while (number < count) {
+    std::vector<std::uint32_t>& pixels = m_Picture.pixels;
+    std::size_t number = 0;
+    while (number < pixels.size()) {
         const unsigned packet = m_IsCompressed ? m_In.U8() : 0;
-        const bool isRun = (packet & 0x80) != 0;
-        const std::uint64_t end = std::min<std::uint64_t>(count, number + (packet & 0x7F) + 1);
-        std::uint32_t pixel = 0;
-        for (bool isFirst = true; number < end; ++number, isFirst = false) {
-            if (isFirst || !isRun) pixel = ReadPixel();
+        const std::size_t end = std::min(pixels.size(), number + (packet & 0x7F) + 1);
+        if ((packet & 0x80) != 0) {
+            const std::uint32_t pixel = ReadPixel();
             if (m_In.HasEnded()) return;
-            Put(number, pixel);
+            std::fill(pixels.data() + number, pixels.data() + end, pixel);
+            number = end;
+        }
+        for (; number < end; ++number) {
+            const std::uint32_t pixel = ReadPixel();
+            if (m_In.HasEnded()) return;
+            pixels[number] = pixel;
         }
     }
 }
@@ -166,12 +171,17 @@ std::uint32_t TgaDecoder::ReadColor(unsigned bits)
     return Pixels::FromRgba(red, green, blue, HasAlpha() ? attribute : 255);
 }
 
-void TgaDecoder::Put(std::uint64_t number, std::uint32_t pixel)
+/// Brings rows and columns that the file counts from the other end into order.
+void TgaDecoder::Arrange()
 {
-    const std::uint64_t row = number / m_Width;
-    const std::uint64_t column = number % m_Width;
-    const std::uint64_t y = m_IsTopDown ? row : m_Height - 1 - row;
-    Pixels::Row(m_Picture, y)[m_IsRightToLeft ? m_Width - 1 - column : column] = pixel;
+    for (std::uint64_t y = 0; !m_IsTopDown && y < m_Height / 2; ++y) {
+        std::uint32_t* row = Pixels::Row(m_Picture, y);
+        std::swap_ranges(row, row + m_Width, Pixels::Row(m_Picture, m_Height - 1 - y));
+    }
+    for (std::uint64_t y = 0; m_IsRightToLeft && y < m_Height; ++y) {
+        std::uint32_t* row = Pixels::Row(m_Picture, y);
+        std::reverse(row, row + m_Width);
+    }
 }
 } // namespace
 
