@@ -20,6 +20,12 @@ wchar_t Folded(wchar_t c)
     return c >= L'a' && c <= L'z' ? static_cast<wchar_t>(c - L'a' + L'A') : c;
 }
 
+bool TextLess(const std::wstring& a, const std::wstring& b)
+{
+    return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(),
+                                        [](wchar_t x, wchar_t y) { return Folded(x) < Folded(y); });
+}
+
 /// The message with the name in the place of "%s".
 std::wstring NotFoundText(const std::wstring& name)
 {
@@ -32,11 +38,19 @@ std::wstring NotFoundText(const std::wstring& name)
 
 } // namespace
 
-bool DXF::ByName::operator()(const Name& a, const Name& b) const
+bool DXF::ByName::operator()(const NamedLayer& a, const NamedLayer& b) const
 {
-    if (a.Hash() != b.Hash()) return a.Hash() < b.Hash();
-    return std::lexicographical_compare(a.Text().begin(), a.Text().end(), b.Text().begin(), b.Text().end(),
-                                        [](wchar_t x, wchar_t y) { return Folded(x) < Folded(y); });
+    return a.hash != b.hash ? a.hash < b.hash : TextLess(a.layer->Name(), b.layer->Name());
+}
+
+bool DXF::ByName::operator()(const NamedLayer& a, const Name& b) const
+{
+    return a.hash != b.Hash() ? a.hash < b.Hash() : TextLess(a.layer->Name(), b.Text());
+}
+
+bool DXF::ByName::operator()(const Name& a, const NamedLayer& b) const
+{
+    return a.Hash() != b.hash ? a.Hash() < b.hash : TextLess(a.Text(), b.layer->Name());
 }
 
 DXFLayer* DXF::AddLayer(const wchar_t* name)
@@ -183,15 +197,20 @@ DXFLayer* DXF::Find(const Name& name) const
 {
     const auto [first, last] = m_LayersByName.equal_range(name);
     if (first == last) return nullptr;
-    if (std::next(first) == last) return *first;
+    if (std::next(first) == last) return first->layer;
     return *std::find_if(m_Layers.begin(), m_Layers.end(),
                          [&name](const DXFLayer* layer) { return layer->HashName() == name; });
+}
+
+void DXF::Index(DXFLayer& layer)
+{
+    m_LayersByName.insert({layer.HashName().Hash(), &layer});
 }
 
 void DXF::Unindex(DXFLayer& layer)
 {
     const auto [first, last] = m_LayersByName.equal_range(layer.HashName());
-    const auto place = std::find(first, last, &layer);
+    const auto place = std::find_if(first, last, [&layer](const NamedLayer& n) { return n.layer == &layer; });
     if (place != last) m_LayersByName.erase(place);
 }
 

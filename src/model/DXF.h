@@ -123,22 +123,18 @@ private:
     friend class DXFInsert;
     friend class DXFLayer;
     using Layers = std::deque<DXFLayer*>;
+    /// The hash stands beside the layer so that a search seldom has to look into one.
+    struct NamedLayer {
+        unsigned int hash;
+        DXFLayer* layer;
+    };
     /// By hash, then by text without regard to case: no choice of names makes a look-up slow.
     struct ByName {
         using is_transparent = void;
-        bool operator()(const HashedString<wchar_t>& a, const HashedString<wchar_t>& b) const;
-        bool operator()(const DXFLayer* a, const DXFLayer* b) const
-        {
-            return (*this)(a->HashName(), b->HashName());
-        }
-        bool operator()(const DXFLayer* a, const HashedString<wchar_t>& b) const
-        {
-            return (*this)(a->HashName(), b);
-        }
-        bool operator()(const HashedString<wchar_t>& a, const DXFLayer* b) const
-        {
-            return (*this)(a, b->HashName());
-        }
+        using Name = HashedString<wchar_t>;
+        bool operator()(const NamedLayer& a, const NamedLayer& b) const;
+        bool operator()(const NamedLayer& a, const Name& b) const;
+        bool operator()(const Name& a, const NamedLayer& b) const;
     };
 
     Layers::iterator LayerIterator(const HashedString<wchar_t>& name);
@@ -147,7 +143,7 @@ private:
     /// Adds to a layer of this document and makes it the last named one.
     DXFEntity* AddTo(DXFLayer& layer, DXFEntity* entity);
     /// Puts the layer into the look-up or takes it out. While it is in, its name must not change.
-    void Index(DXFLayer& layer) { m_LayersByName.insert(&layer); }
+    void Index(DXFLayer& layer);
     void Unindex(DXFLayer& layer);
     DXFLayer* AppendLayer(const std::wstring& name);
     /// Puts a layer on top of all others.
@@ -173,6 +169,6 @@ private:
     DXFLayer* m_LastNamedLayer = nullptr;
     unsigned int m_ModifiedID;
     int m_Flag = 1;
-    std::multiset<DXFLayer*, ByName> m_LayersByName; ///< the layers of the queue, for the look-up by name
-    bool m_ResolvesInserts = false;                  ///< an insert has been given this document
+    std::multiset<NamedLayer, ByName> m_LayersByName; ///< the layers of the queue, for the look-up by name
+    bool m_ResolvesInserts = false;                   ///< an insert has been given this document
 };

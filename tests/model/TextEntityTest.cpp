@@ -58,8 +58,13 @@ TEST_F(Fonts, FollowAHostWhoChangesTheTable)
     std::swap(DXFText::s_FontTable[0], DXFText::s_FontTable[1]);
     Use(L"b"), Use(L"a");
     EXPECT_THAT(DXFText::s_FontTable, ElementsAre(L"A", L"B"));
+    DXFText::s_FontTable.push_back(L"D");
+    Use(L"d");
+    EXPECT_THAT(DXFText::s_FontTable, ElementsAre(L"A", L"B", L"D"));
     DXFText::s_FontTable = {L"X", L"a", L"C"};
-    Use(L"A"), Use(L"B"), Use(L"c");
+    Use(L"A");
+    Use(L"B");
+    Use(L"c");
     EXPECT_THAT(DXFText::s_FontTable, ElementsAre(L"X", L"a", L"C", L"B"));
 }
 
