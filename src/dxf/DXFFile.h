@@ -172,7 +172,6 @@ private:
     void WriteFloat(double value, int index) { WriteReal(40 + index, value); }
     void WriteInt(int value, int index) { WriteInteger(70 + index, value); }
     void WriteAngle(double degrees, int index) { WriteReal(50 + index, degrees); }
-    void WriteColor(const DXFColor& color) { WriteColor(color.Index()); }
     void WriteColor(int index) { WriteInteger(62, index); }
     void WriteColor(unsigned long color);
     void WriteLayerName(const std::wstring& name) { WriteName(8, name); }

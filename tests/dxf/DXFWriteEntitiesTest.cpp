@@ -337,8 +337,8 @@ TEST_F(DXFWriteEntities, ImagesShareADefinitionByTheirExactFileName)
         m_Drawing.Add(L"I", NewImage(name), true)->SetColor(0xFFUL);
     ASSERT_TRUE(m_Drawing.RenameLayer(L"I", L"Pictures"));
     DXFFile file;
-    ASSERT_TRUE(file.Write(m_File.wstring(), m_Drawing, m_KeepGoing));
-    ASSERT_TRUE(file.Write(m_File.wstring(), m_Drawing, m_KeepGoing));
+    ASSERT_TRUE(file.Write(m_File.Name(), m_Drawing, m_KeepGoing));
+    ASSERT_TRUE(file.Write(m_File.Name(), m_Drawing, m_KeepGoing));
     EXPECT_EQ(Objects(GroupsOf(Bytes()), "IMAGEDEF").size(), 3U) << "the first file's definitions are gone";
     EXPECT_EQ(Objects(GroupsOf(Bytes()), "IMAGEDEF_REACTOR").size(), 4U);
     const Rows groups = Write(1);

@@ -26,7 +26,7 @@ protected:
     {
         const std::string script = (TestPlaces::Source() / "tests/dxf/list_with_ezdxf.py").string();
         for (const std::string python : {"python3", "/usr/bin/python3"}) {
-            const std::string run = python + " -B '" + script + "' '" + m_File.string() + "'";
+            const std::string run = python + " -B '" + script + "' '" + m_File.Path().string() + "'";
             const Rows lines =
                 Output("if command -v " + python + " >/dev/null; then " + run + "; else echo absent; fi");
             if (lines != Rows{"absent"}) return lines;

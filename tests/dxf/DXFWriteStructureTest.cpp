@@ -143,9 +143,9 @@ TEST_F(DXFWriteStructure, EveryHandleIsOnceAndTheSeedIsAboveAll)
 TEST_F(DXFWriteStructure, OneWriterNeverGivesAHandleTwice)
 {
     DXFFile file;
-    ASSERT_TRUE(file.Write(m_File.wstring(), m_Drawing, m_KeepGoing));
+    ASSERT_TRUE(file.Write(m_File.Name(), m_Drawing, m_KeepGoing));
     const std::string first = Bytes();
-    ASSERT_TRUE(file.Write(m_File.wstring(), m_Drawing, m_KeepGoing));
+    ASSERT_TRUE(file.Write(m_File.Name(), m_Drawing, m_KeepGoing));
     EXPECT_EQ(GroupsOf(first), Table(EMPTY_DRAWING));
     // The seed took 7e8, so the second file starts at 7e9 and its seed is 23 further.
     Rows second = Table(EMPTY_DRAWING, 0x7e9);
@@ -171,7 +171,7 @@ TEST_F(DXFWriteStructure, AStoppedWriteLeavesAWholeFile)
     Add<DXFPoint>(2, 2, 2);
     m_Drawing.Add(L"Later", new DXFPoint(3, 3, 3), true);
     DXFFile file;
-    ASSERT_TRUE(file.Write(m_File.wstring(), m_Drawing, m_KeepGoing));
+    ASSERT_TRUE(file.Write(m_File.Name(), m_Drawing, m_KeepGoing));
     EXPECT_EQ(file.Done(), 2U);
     EXPECT_EQ(file.Total(), 4U);
     Rows groups = GroupsOf(Bytes());
@@ -192,7 +192,7 @@ TEST_F(DXFWriteStructure, OnlyTheOpeningCanFail)
     EXPECT_FALSE(result);
     EXPECT_EQ(result.Text(), L"Error opening file \"plan.dxf\" for writing!");
     EXPECT_TRUE(file.WriteFailed());
-    ASSERT_TRUE(file.Write(m_File.wstring(), m_Drawing, m_KeepGoing));
+    ASSERT_TRUE(file.Write(m_File.Name(), m_Drawing, m_KeepGoing));
     EXPECT_FALSE(file.WriteFailed());
 }
 

@@ -4,14 +4,12 @@
 
 #include <atomic>
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "dxf/DXFFile.h"
+#include "dxf/TempFile.h"
 #include "model/DXF.h"
 #include "model/DXFText.h"
 
@@ -96,32 +94,23 @@ inline Rows Values(const Rows& groups, int code)
     return values;
 }
 
-/// Writes drawings into a file of its own and with a font table of its own, both gone at the end.
+/// Writes drawings into a file of its own and with a font table of its own.
 class DXFWriteTest : public testing::Test {
 protected:
     DXFWriteTest() { DXFText::s_FontTable.clear(); }
-    ~DXFWriteTest() override
-    {
-        DXFText::s_FontTable = m_Fonts;
-        std::error_code ignored;
-        std::filesystem::remove(m_File, ignored);
-    }
+    ~DXFWriteTest() override { DXFText::s_FontTable = m_Fonts; }
 
-    std::string Bytes() const
-    {
-        std::ifstream in(m_File, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
-    }
+    std::string Bytes() const { return m_File.Content(); }
     Rows Write(int exportMode = 0)
     {
-        const ErrorString result = m_Drawing.Write(m_File.wstring(), m_KeepGoing, exportMode);
+        const ErrorString result = m_Drawing.Write(m_File.Name(), m_KeepGoing, exportMode);
         EXPECT_TRUE(result) << testing::PrintToString(result.Text());
         return GroupsOf(Bytes());
     }
     /// The drawing as it comes back.
     DXF& ReadBack()
     {
-        const ErrorString result = m_Back.Read(m_File.wstring(), m_KeepGoing, true);
+        const ErrorString result = m_Back.Read(m_File.Name(), m_KeepGoing, true);
         EXPECT_TRUE(result) << testing::PrintToString(result.Text());
         return m_Back;
     }
@@ -134,9 +123,7 @@ protected:
     }
 
     const std::vector<std::wstring> m_Fonts = DXFText::s_FontTable;
-    const std::string m_Name = testing::UnitTest::GetInstance()->current_test_info()->name();
-    const std::filesystem::path m_File =
-        std::filesystem::temp_directory_path() / ("halyard_" + m_Name + ".dxf");
+    const TempFile m_File;
     std::atomic<bool> m_KeepGoing{true};
     DXF m_Drawing;
     DXF m_Back;

@@ -2,11 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <string>
-#include <vector>
 
+#include "dxf/TempFile.h"
 #include "model/DXFLine.h"
 #include "model/DXFPoint.h"
 
@@ -30,15 +28,14 @@ std::string Entity(const std::string& name, const std::string& layer, int x)
 
 class DxfImporterTest : public testing::Test {
 protected:
-    ~DxfImporterTest() override { std::filesystem::remove(m_File); }
     std::string Import(const std::string& text, bool expected)
     {
-        std::ofstream(m_File, std::ios::binary) << text;
+        m_File.Write(text);
         Importer importer;
-        EXPECT_EQ(importer.Import(m_File.wstring().c_str()), expected);
+        EXPECT_EQ(importer.Import(m_File.Name().c_str()), expected);
         return importer.seen;
     }
-    const std::filesystem::path m_File = std::filesystem::temp_directory_path() / "halyard_importer.dxf";
+    const TempFile m_File;
 };
 
 TEST_F(DxfImporterTest, EntitiesComeLayerByLayer)
