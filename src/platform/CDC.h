@@ -1,0 +1,154 @@
+#pragma once
+
+#include <memory>
+#include <span>
+
+#include "platform/CBitmap.h"
+#include "platform/CBrush.h"
+#include "platform/CFont.h"
+#include "platform/CPen.h"
+#include "platform/CPoint.h"
+#include "platform/CRect.h"
+#include "platform/CSize.h"
+#include "platform/DeviceMapping.h"
+#include "platform/Export.h"
+#include "platform/GdiConstants.h"
+
+class ClipRegion;
+struct Canvas;
+struct Picture;
+
+/// A device context. This class draws in software, into the bitmap that is selected into it, with the pixels
+/// that GDI gives; without a bitmap it measures and draws nothing. Every operation that a drawer uses is
+/// virtual: a derived class draws elsewhere, or records what is drawn.
+///
+/// Points and sizes are in logical units (see DeviceMapping) unless said otherwise; any int is a valid
+/// coordinate. A colour is a word 0x00BBGGRR; higher bits are ignored. A count below 0 counts as 0. A context
+/// starts with the map mode MM_TEXT, the background mode OPAQUE, black text, a white background, the
+/// alignment TA_LEFT | TA_TOP, the fill rule ALTERNATE and the position (0, 0).
+///
+/// A context is used by one thread at a time; different contexts by different threads, as long as they draw
+/// into different bitmaps.
+class HALYARD_API CDC {
+public:
+    CDC();
+    virtual ~CDC();
+    CDC(const CDC&) = delete;
+    CDC& operator=(const CDC&) = delete;
+
+    /// Makes this a new memory context: everything selected or set before is forgotten. Any context is
+    /// compatible, so `other` may be null. Always true.
+    virtual bool CreateCompatibleDC(CDC* other);
+    /// The same; nothing else has to be given back.
+    virtual bool DeleteDC();
+
+    /// Selects an object, not owned: it has to live until another one is selected or the context ends. Null
+    /// stands for the object that a new context has (see the classes; no bitmap). Returns the one before,
+    /// null in the same sense.
+    virtual CPen* SelectObject(CPen* pen);
+    virtual CBrush* SelectObject(CBrush* brush);
+    virtual CFont* SelectObject(CFont* font);
+    virtual CBitmap* SelectObject(CBitmap* bitmap);
+    CPen* GetCurrentPen() const { return m_Pen; }
+    CBrush* GetCurrentBrush() const { return m_Brush; }
+    CFont* GetCurrentFont() const { return m_Font; }
+    CBitmap* GetCurrentBitmap() const { return m_Bitmap; }
+
+    /// The map of coordinates (see DeviceMapping). Each returns what was set before: the mode is 0 and the
+    /// extent (0, 0) when nothing was changed because the argument is refused.
+    virtual int SetMapMode(int mode);
+    virtual CPoint SetWindowOrg(int x, int y);
+    virtual CPoint SetViewportOrg(int x, int y);
+    virtual CSize SetWindowExt(int cx, int cy);
+    virtual CSize SetViewportExt(int cx, int cy);
+    int GetMapMode() const { return m_Mapping.Mode(); }
+    CPoint GetWindowOrg() const { return m_Mapping.WindowOrg(); }
+    CPoint GetViewportOrg() const { return m_Mapping.ViewportOrg(); }
+    CSize GetWindowExt() const { return m_Mapping.WindowExt(); }
+    CSize GetViewportExt() const { return m_Mapping.ViewportExt(); }
+    const DeviceMapping& Mapping() const { return m_Mapping; }
+
+    /// Maps points in place from device pixels to logical units, and back.
+    virtual void DPtoLP(CPoint* points, int count = 1) const;
+    virtual void LPtoDP(CPoint* points, int count = 1) const;
+
+    /// Each returns what was set before. OPAQUE: gaps of dashed cosmetic pens and the cells of text are
+    /// filled with the background colour. (Set TRANSPARENT before dashed lines that shall not cover what they
+    /// cross.)
+    virtual int SetBkMode(int mode);
+    virtual unsigned long SetBkColor(unsigned long color);
+    virtual unsigned long SetTextColor(unsigned long color);
+    virtual unsigned SetTextAlign(unsigned align);
+    virtual int SetPolyFillMode(int mode);
+    int GetBkMode() const { return m_BkMode; }
+    unsigned long GetBkColor() const { return m_BkColor; }
+    unsigned long GetTextColor() const { return m_TextColor; }
+    unsigned GetTextAlign() const { return m_TextAlign; }
+    int GetPolyFillMode() const { return m_PolyFillMode; }
+
+    /// Draws from now on only on the pixels that Polygon fills (rule ALTERNATE), in place of what was set
+    /// before; fewer than 3 points let nothing through. The polygon is mapped when it is set. It counts for
+    /// the bitmap that is selected then: selecting one of another size resets the clip.
+    virtual bool SetClipPolygon(const CPoint* points, int count);
+    virtual void ResetClip();
+
+    /// Lines with the selected pen. A cosmetic line excludes its last pixel; its dashes run on through the
+    /// vertices of one Polyline and start anew at each LineTo. LineTo leaves the position at its end,
+    /// Polyline where it was. MoveTo returns the position before. Polyline: false for fewer than 2 points.
+    virtual CPoint MoveTo(int x, int y);
+    virtual bool LineTo(int x, int y);
+    virtual bool Polyline(const CPoint* points, int count);
+    CPoint MoveTo(const CPoint& p) { return MoveTo(p.x, p.y); }
+    bool LineTo(const CPoint& p) { return LineTo(p.x, p.y); }
+    CPoint GetCurrentPosition() const { return m_Position; }
+
+    /// Fills with the brush by the fill rule, then draws the closed outline with the pen. False for fewer
+    /// than 2 points.
+    virtual bool Polygon(const CPoint* points, int count);
+
+    /// Returns the colour that is there now; CLR_INVALID outside the bitmap or the clip.
+    virtual unsigned long SetPixel(int x, int y, unsigned long color);
+    virtual unsigned long GetPixel(int x, int y) const;
+    unsigned long SetPixel(const CPoint& p, unsigned long color) { return SetPixel(p.x, p.y, color); }
+
+    /// Fills a rectangle, its right and bottom side excluded, and makes the colour the background colour.
+    virtual void FillSolidRect(const CRect& rect, unsigned long color);
+
+    /// Size of a text in the selected font, its direction aside: the sum of the advances and the cell height.
+    virtual CSize GetTextExtent(const wchar_t* text, int length) const;
+    /// Draws a text with its point of reference (SetTextAlign) at (x, y); with TA_UPDATECP at the position,
+    /// which then moves to where the text ends (starts, for TA_RIGHT; stays for TA_CENTER). Edges are
+    /// grey-level.
+    virtual bool TextOutW(int x, int y, const wchar_t* text, int length);
+
+    /// Copies a rectangle of another context's bitmap. Sizes are those of the target, in logical units;
+    /// (sourceX, sourceY) is in the source's. Pixels are never stretched: the two maps have to have the same
+    /// scale. Source and target may be the same bitmap. Only SRCCOPY; false otherwise or without a source.
+    virtual bool BitBlt(int x, int y, int width, int height, CDC* source, int sourceX, int sourceY,
+                        unsigned long operation);
+
+    /// Draws a picture into the parallelogram whose corners are the images of the picture's upper left, upper
+    /// right and lower left corner; bilinear between the centres of pixels. With `hasTransparency` a pixel
+    /// counts by its alpha, so that those of the colour key are left out; else all are opaque. False for an
+    /// area of zero.
+    virtual bool DrawPicture(const Picture& picture, const CPoint& upperLeft, const CPoint& upperRight,
+                             const CPoint& lowerLeft, bool hasTransparency);
+
+private:
+    Canvas MakeCanvas() const;
+    void DrawLines(Canvas& canvas, const CPoint* points, int count, bool isClosed);
+    void DrawMappedLines(Canvas& canvas, std::span<const CPoint> points);
+
+    DeviceMapping m_Mapping;
+    CPen* m_Pen = nullptr;
+    CBrush* m_Brush = nullptr;
+    CFont* m_Font = nullptr;
+    CBitmap* m_Bitmap = nullptr;
+    CPoint m_Position;
+    int m_BkMode = OPAQUE;
+    unsigned long m_BkColor = 0xFFFFFF;
+    unsigned long m_TextColor = 0;
+    unsigned m_TextAlign = TA_LEFT | TA_TOP;
+    int m_PolyFillMode = ALTERNATE;
+    std::shared_ptr<const ClipRegion> m_Clip;
+};
