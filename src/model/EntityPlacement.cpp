@@ -178,15 +178,26 @@ std::vector<P> ArcChords(const GTL::Arc<P>& arc, const P& center, const Plane& p
     return image;
 }
 
+/// The vertices of a circle of radius 1 about the origin.
+const std::vector<P>& UnitRing()
+{
+    static const std::vector<P> ring = [] {
+        std::vector<P> vertices;
+        const std::size_t chords = CircleChords();
+        for (std::size_t i = 0; i < chords; ++i) {
+            const Angle turned(360.0 * static_cast<double>(i) / static_cast<double>(chords));
+            vertices.emplace_back(turned.Cos(), turned.Sin(), 0);
+        }
+        return vertices;
+    }();
+    return ring;
+}
+
 std::vector<P> CircleRing(const P& center, double radius, const Plane& plane)
 {
-    const std::size_t chords = CircleChords();
     std::vector<P> image;
-    image.reserve(chords);
-    for (std::size_t i = 0; i < chords; ++i) {
-        const Angle turned(360.0 * static_cast<double>(i) / static_cast<double>(chords));
-        image.push_back(plane.At(center, radius * turned.Cos(), radius * turned.Sin()));
-    }
+    image.reserve(UnitRing().size());
+    for (const P& p : UnitRing()) image.push_back(plane.At(center, radius * p.X(), radius * p.Y()));
     return image;
 }
 
@@ -264,7 +275,7 @@ void EntityPlacement::Write(const DXFCircle& circle)
         m_Image = LookingLike(std::make_unique<DXFCircle>(GTL::Circle<P>(center, squaredRadius)), circle);
         return;
     }
-    if (!TakeRoom(CircleChords())) return;
+    if (!TakeRoom(UnitRing().size())) return;
     GTL::Polygon<P> ring(CircleRing(center, circle.Radius(), plane));
     auto polygon = LookingLike(std::make_unique<DXFPolygon>(), circle);
     polygon->SetPoly(std::move(ring));

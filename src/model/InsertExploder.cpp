@@ -18,7 +18,7 @@ using Report = InsertExploder::Report;
 
 /// Visits of entities and cells that the limit of one entity allows: what shows nothing costs time too. More
 /// than a chain of nested inserts for every entity needs is cut off.
-constexpr std::uint64_t VISITS_PER_ENTITY = 4;
+constexpr std::uint64_t VISITS_PER_ENTITY = 8;
 /// Visits that are allowed whatever the limit.
 constexpr std::uint64_t FREE_VISITS = 100'000;
 

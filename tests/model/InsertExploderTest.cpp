@@ -655,11 +655,12 @@ TEST(InsertExploder, BlocksWithinThemselvesAreEmptyAtTheSecondVisit)
     EXPECT_EQ(Listing(inside), Rows{"0:POINT 1 0"});
 
     Drawing shared; // a block that shares the layers of the document
-    shared.document.Add(L"0", new DXFPoint(1, 0, 0), true);
+    shared.document.Add(L"0", new DXFCircle(P(1, 0, 0), 1, {0, 0, -1}), true);
     shared.Insert(L"B", {5, 0, 0});
+    shared.Insert(L"B", {7, 0, 0});
     shared.Block(L"B") = DXF(shared.document);
-    EXPECT_EQ(shared.Explode().recursive, 1U);
-    EXPECT_EQ(Listing(shared.document), (Rows{"0:POINT 1 0", "0:POINT 6 0"}));
+    EXPECT_EQ(shared.Explode().recursive, 4U);
+    EXPECT_EQ(Listing(shared.document), (Rows{"0:CIRCLE -1 0", "0:CIRCLE 4 0", "0:CIRCLE 6 0"}));
 }
 
 /// A point that clears a flag when it has been looked at so often.
