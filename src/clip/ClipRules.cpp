@@ -28,6 +28,18 @@ using Pieces = std::vector<GTL::Polyline<P3>>;
 
 namespace {
 
+/// Large layers do not fit into the caches: an entity is asked for some places before its turn, with the head
+/// of the block of memory behind it (its vertices, often), which freeing it reads.
+constexpr std::size_t PREFETCHED_AHEAD = 8;
+
+void Prefetch(const DXFEntity* entity)
+{
+    constexpr std::size_t LINE_BYTES = 64;
+    constexpr std::size_t LINES = 5;
+    const char* bytes = reinterpret_cast<const char*>(entity);
+    for (std::size_t line = 0; line < LINES; ++line) __builtin_prefetch(bytes + line * LINE_BYTES);
+}
+
 /// Without a layer in the context the piece has no place and goes.
 void AddPiece(DXFClipContext& context, std::unique_ptr<DXFEntity> piece)
 {
@@ -215,9 +227,10 @@ bool DXFLayer::Clip(DXFClipContext& context, const std::atomic<bool>& keepGoing)
     pending.swap(*m_Entities);
     context.layer = this;
     bool run = true;
-    for (DXFEntity* next : pending) {
+    for (std::size_t i = 0; i < pending.size(); ++i) {
+        if (i + PREFETCHED_AHEAD < pending.size()) Prefetch(pending[i + PREFETCHED_AHEAD]);
         // Entities that a cleared flag leaves unvisited are dropped.
-        std::unique_ptr<DXFEntity> entity(next);
+        std::unique_ptr<DXFEntity> entity(pending[i]);
         run = run && keepGoing;
         if (run && entity->Clip(context)) m_Entities->push_back(entity.release());
     }

@@ -1,5 +1,5 @@
-#include "clip/ArcClipper.h"
 #include "clip/CircleClipper.h"
+#include "clip/ArcClipper.h"
 #include "clip/ClipShapes.h"
 
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@ struct Sweep {
 
 struct Row {
     const char* what;
-    double window[4]; ///< xmin, ymin, xmax, ymax
+    double window[4];  ///< xmin, ymin, xmax, ymax
     double start, end; ///< of an arc; unused for circles
     GTL::ClipResult result;
     std::vector<Sweep> pieces;
@@ -69,28 +69,30 @@ const Row CIRCLES[] = {
     {"touching from outside", {5, -6, 9, 6}, 0, 0, GTL::Outside, {}},
     {"a window within it, around the centre, keeps it", {-1, -1, 1, 1}, 0, 0, GTL::Inside, {}},
     {"a window within it, beside the centre", {1, 1, 2, 2}, 0, 0, GTL::Outside, {}},
-    // Right at (3, -4): bearing 90 + B; then (3, 4): A. List: 90 + B, A. Nearest to (3, -4) is the right side, not above
-    // the centre: the first stretch, from 90 + B round to A, is in.
+    // Right at (3, -4): bearing 90 + B; then (3, 4): A. List: 90 + B, A. Nearest to (3, -4) is the right
+    // side, not above the centre: the first stretch, from 90 + B round to A, is in.
     {"across the right side", {-6, -6, 3, 6}, 0, 0, GTL::Clipped, {{90 + B, A}}},
     // Bottom at (-4, -3): -(90 + A) stays first; (4, -3): 90 + A. Bottom, left of the centre: in.
     {"across the bottom", {-6, -3, 6, 6}, 0, 0, GTL::Clipped, {{270 - A, 90 + A}}},
-    // Top at (-4, 3): -B, (4, 3): B. Top, but left of the centre: the stretch from -B to B is out; the other one would
-    // wrap and is never part of the result.
+    // Top at (-4, 3): -B, (4, 3): B. Top, but left of the centre: the stretch from -B to B is out; the other
+    // one would wrap and is never part of the result.
     {"across the top, lost", {-6, -6, 6, 3}, 0, 0, GTL::Clipped, {}},
     // Left at (-3, -4): -(90 + B), (-3, 4): -A. Left, below the centre: out.
     {"across the left side, lost", {-3, -6, 6, 6}, 0, 0, GTL::Clipped, {}},
-    // Top y = 3: -B, B. Bottom y = -3: -(90 + A), 90 + A. List: -B, then -(90 + A), B, 90 + A in order. The first is
-    // top, left of the centre: out. Second stretch -(90 + A) to B: 270 - A to B, across the top; that is meant.
+    // Top y = 3: -B, B. Bottom y = -3: -(90 + A), 90 + A. List: -B, then -(90 + A), B, 90 + A in order. The
+    // first is top, left of the centre: out. Second stretch -(90 + A) to B: 270 - A to B, across the top;
+    // that is meant.
     {"across top and bottom", {-6, -3, 6, 3}, 0, 0, GTL::Clipped, {{270 - A, B}}},
     // Only the quarter x > 0, y > 0 up to 6: right none, left x = 0 at (0, 5): 0; bottom y = 0 at (5, 0): 90.
     // Bottom is found first: 90, 0. Bottom, right of the centre: out.
     {"a quarter, lost", {0, 0, 6, 6}, 0, 0, GTL::Clipped, {}},
-    // The opposite quarter: top y = 0 at (-5, 0): -90; right x = 0 at (0, -5): 180. Top, left of the centre: out.
+    // The opposite quarter: top y = 0 at (-5, 0): -90; right x = 0 at (0, -5): 180. Top, left of the centre:
+    // out.
     {"the opposite quarter, lost", {-6, -6, 0, 0}, 0, 0, GTL::Clipped, {}},
     // x < 0, y > 0: bottom y = 0 at (-5, 0): -90; right x = 0 at (0, 5): 0. Bottom, left of the centre: in.
     {"the upper left quarter", {-6, 0, 0, 6}, 0, 0, GTL::Clipped, {{270, 0}}},
-    // Corner (3, 4) alone: top finds (3, 4) and right finds it too; both entries are A. Top, right of the centre: in,
-    // an arc with equal ends.
+    // Corner (3, 4) alone: top finds (3, 4) and right finds it too; both entries are A. Top, right of the
+    // centre: in, an arc with equal ends.
     {"touching a corner", {3, 4, 9, 9}, 0, 0, GTL::Clipped, {{A, A}}},
 };
 INSTANTIATE_TEST_SUITE_P(Rows, CircleClipper, ::testing::ValuesIn(CIRCLES));
@@ -118,11 +120,13 @@ const Row ARCS[] = {
     {"an end of 0 counts as 360", {-6, -6, 3, 6}, 90, 0, GTL::Clipped, {{180 - A, 0}}},
     {"a full turn", {-6, -6, 3, 6}, 350, 350, GTL::Clipped, {{350, A}, {180 - A, 350}}},
     {"a full turn inside", {-6, -6, 6, 6}, 0, 0, GTL::Clipped, {{0, 0}}},
-    // 90 and 270 cross y = 0. At (5, 0) the bottom is nearest, and not left of the centre: the first stretch is out.
+    // 90 and 270 cross y = 0. At (5, 0) the bottom is nearest, and not left of the centre: the first stretch
+    // is out.
     {"starts on a crossing, outwards", {-6, 0, 6, 6}, 90, 200, GTL::Clipped, {}},
     // At (-5, 0): left of the centre: in.
     {"starts on a crossing, inwards", {-6, 0, 6, 6}, 270, 30, GTL::Clipped, {{270, 30}}},
-    // A full turn lists the crossing at its own end again: 90, 90, 270, 90. First stretch out, then every other one.
+    // A full turn lists the crossing at its own end again: 90, 90, 270, 90. First stretch out, then every
+    // other one.
     {"a full turn from a crossing", {-6, 0, 6, 6}, 90, 90, GTL::Clipped, {{90, 270}}},
 };
 INSTANTIATE_TEST_SUITE_P(Rows, ArcClipper, ::testing::ValuesIn(ARCS));
@@ -202,7 +206,8 @@ TEST(ArcClipperLaws, PiecesAreWhatLiesInsideAndStayWhatTheyAre)
         Arcs image;
         const Window mirrored = Mirrored(window);
         GTL::ArcClipper<P3>(mirrored).Clip(
-            Arc(P3(-arc.Center().X(), arc.Center().Y(), 1), arc.Radius(), -arc.EndAngle(), -arc.StartAngle()), image);
+            Arc(P3(-arc.Center().X(), arc.Center().Y(), 1), arc.Radius(), -arc.EndAngle(), -arc.StartAngle()),
+            image);
         ASSERT_EQ(image.size(), pieces.size()) << seed;
         for (std::size_t i = 0; i < image.size(); ++i) {
             EXPECT_NEAR(image[image.size() - 1 - i].StartAngle().Get(), (-pieces[i].EndAngle()).Get(), 1e-7);
@@ -218,7 +223,8 @@ TEST(CircleClipperLaws, ArcsOfACircleStayWhatTheyAre)
         Random random(seed);
         const float root = float(random.Real(0.1, 6)); // squared in single precision, as drawings do
         Arcs pieces;
-        GTL::CircleClipper<P3>(window).Clip({P3(random.Real(0, 9), random.Real(0, 9), 1), root * root}, pieces);
+        GTL::CircleClipper<P3>(window).Clip({P3(random.Real(0, 9), random.Real(0, 9), 1), root * root},
+                                            pieces);
         for (const Arc& piece : pieces) {
             // With more than two crossings their order in the list may not be that on the circle.
             if (!LiesWithin(window, piece)) continue;

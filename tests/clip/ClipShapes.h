@@ -45,8 +45,8 @@ inline Line StarRing(Random& random, double spread, double maxBulge)
     return ring;
 }
 
-/// A ring of whole coordinates from 0 to 8: it crosses and touches itself, repeats vertices and runs along whatever has
-/// whole coordinates too.
+/// A ring of whole coordinates from 0 to 8: it crosses and touches itself, repeats vertices and runs along
+/// whatever has whole coordinates too.
 inline Line WildRing(Random& random, double maxBulge)
 {
     Line ring;
@@ -102,7 +102,8 @@ inline double DistanceTo(const std::vector<P3>& points, double x, double y)
         const double dy = points[i].Y() - points[i - 1].Y();
         const double along = dx * (x - points[i - 1].X()) + dy * (y - points[i - 1].Y());
         const double t = std::clamp(along / std::max(dx * dx + dy * dy, 1e-300), 0.0, 1.0);
-        nearest = std::min(nearest, std::hypot(x - points[i - 1].X() - t * dx, y - points[i - 1].Y() - t * dy));
+        nearest =
+            std::min(nearest, std::hypot(x - points[i - 1].X() - t * dx, y - points[i - 1].Y() - t * dy));
     }
     return nearest;
 }
@@ -119,7 +120,8 @@ inline double LengthWithin(const Line& line, const Window& window)
         const int steps = 1 + int(whole / LENGTH_STEP);
         const GTL::Vector3D<double> step = (points[i] - points[i - 1]) * (1.0 / steps);
         for (int k = 0; k < steps; ++k)
-            if (window.Classify(points[i - 1] + step * (k + 0.5)) == GTL::CLS::INSIDE) length += whole / steps;
+            if (window.Classify(points[i - 1] + step * (k + 0.5)) == GTL::CLS::INSIDE)
+                length += whole / steps;
     }
     return length;
 }

@@ -1,6 +1,6 @@
+#include "clip/ClipShapes.h"
 #include "clip/DXFPolygonClipper.h"
 #include "clip/TriangleClipper.h"
-#include "clip/ClipShapes.h"
 
 #include <gtest/gtest.h>
 
@@ -39,7 +39,8 @@ void ExpectSameWinding(const Window& window, const Line& ring, const Pieces& pie
     }
 }
 
-/// Straight and bent, convex, concave and crossing themselves; the last kind runs along and through everything.
+/// Straight and bent, convex, concave and crossing themselves; the last kind runs along and through
+/// everything.
 Line AnyRing(unsigned seed)
 {
     Random random(seed);
@@ -82,8 +83,10 @@ TEST(PolygonClipperLaws, AreaOfThePiecesIsThatOfCountedPoints)
             counted += WindingAround(outline, WINDOW.MinX() + WINDOW.ExtentX() * (i % STEPS + 0.5) / STEPS,
                                      WINDOW.MinY() + WINDOW.ExtentY() * (i / STEPS + 0.5) / STEPS);
         const double cell = WINDOW.ExtentX() * WINDOW.ExtentY() / (STEPS * STEPS);
-        // A side that passes the window cuts through no more than 2 * STEPS cells, and misses half a cell in each.
-        EXPECT_NEAR(AreaOf(Cut(WINDOW, ring)), counted * cell, 0.1 * cell * STEPS * double(ring.NumPoints())) << seed;
+        // A side that passes the window cuts through no more than 2 * STEPS cells, and misses half a cell in
+        // each.
+        EXPECT_NEAR(AreaOf(Cut(WINDOW, ring)), counted * cell, 0.1 * cell * STEPS * double(ring.NumPoints()))
+            << seed;
     }
 }
 
@@ -155,7 +158,8 @@ bool SameRing(const Line& ring, const std::vector<P3>& expected)
         for (std::size_t i = 0; i < count; ++i) {
             const P3& p = ring[(first + i) % count];
             const P3& q = expected[i];
-            if (p.Dist2D(q, false) > 1e-12 || std::abs(p.Z() - q.Z()) > 1e-12 || std::abs(p.B() - q.B()) > 1e-12)
+            if (p.Dist2D(q, false) > 1e-12 || std::abs(p.Z() - q.Z()) > 1e-12
+                || std::abs(p.B() - q.B()) > 1e-12)
                 return false;
         }
         return true;
@@ -178,7 +182,8 @@ TEST_P(PolygonClipper, FollowsTheTable)
     for (std::size_t i = 0; i < pieces.size(); ++i) EXPECT_TRUE(SameRing(pieces[i], row.pieces[i])) << i;
 }
 
-// A circle about (10, 3) with radius 2 as two half circles. Half of it remains, in two quarters: tan(90 / 4 degrees).
+// A circle about (10, 3) with radius 2 as two half circles. Half of it remains, in two quarters: tan(90 / 4
+// degrees).
 const double QUARTER = std::sqrt(2.0) - 1;
 
 const Row ROWS[] = {
@@ -186,49 +191,77 @@ const Row ROWS[] = {
     {"one vertex inside", {{1, 1, 0}}, GTL::Inside, {}},
     {"one vertex outside", {{11, 1, 0}}, GTL::Outside, {}},
     {"the window itself", {{0, 0, 0}, {10, 0, 0}, {10, 6, 0}, {0, 6, 0}}, GTL::Inside, {}},
-    {"window within the ring", {{-1, -1, 3}, {11, -1, 3}, {11, 7, 3}, {-1, 7, 3}}, GTL::Clipped,
+    {"window within the ring",
+     {{-1, -1, 3}, {11, -1, 3}, {11, 7, 3}, {-1, 7, 3}},
+     GTL::Clipped,
      {{{0, 0, 3}, {10, 0, 3}, {10, 6, 3}, {0, 6, 3}}}},
-    {"window within a ring that runs clockwise", {{-1, -1, 3}, {-1, 7, 3}, {11, 7, 3}, {11, -1, 3}}, GTL::Clipped,
+    {"window within a ring that runs clockwise",
+     {{-1, -1, 3}, {-1, 7, 3}, {11, 7, 3}, {11, -1, 3}},
+     GTL::Clipped,
      {{{0, 0, 3}, {0, 6, 3}, {10, 6, 3}, {10, 0, 3}}}},
-    {"window within, one edge shared", {{0, -1, 0}, {11, -1, 0}, {11, 7, 0}, {0, 7, 0}}, GTL::Clipped,
+    {"window within, one edge shared",
+     {{0, -1, 0}, {11, -1, 0}, {11, 7, 0}, {0, 7, 0}},
+     GTL::Clipped,
      {{{0, 0, 0}, {10, 0, 0}, {10, 6, 0}, {0, 6, 0}}}},
-    {"window in a bay of the ring", {{-2, -2, 0}, {12, -2, 0}, {12, -1, 0}, {-1, -1, 0}, {-1, 8, 0}, {-2, 8, 0}},
-     GTL::Outside, {}},
+    {"window in a bay of the ring",
+     {{-2, -2, 0}, {12, -2, 0}, {12, -1, 0}, {-1, -1, 0}, {-1, 8, 0}, {-2, 8, 0}},
+     GTL::Outside,
+     {}},
     {"sharing an edge from outside", {{10, 1, 0}, {12, 1, 0}, {12, 5, 0}, {10, 5, 0}}, GTL::Outside, {}},
     {"sharing a corner from outside", {{10, 6, 0}, {12, 6, 0}, {12, 8, 0}}, GTL::Outside, {}},
     // x = 10 lies on the edge from (8, 1) to (12, 5) at y = 3.
-    {"a corner of the window cut off", {{8, 1, 0}, {12, 5, 0}, {12, -1, 0}, {8, -1, 0}}, GTL::Clipped,
+    {"a corner of the window cut off",
+     {{8, 1, 0}, {12, 5, 0}, {12, -1, 0}, {8, -1, 0}},
+     GTL::Clipped,
      {{{8, 1, 0}, {10, 3, 0}, {10, 0, 0}, {8, 0, 0}}}},
     // A comb from the right with teeth that reach x = 8: apart from each other inside.
     {"a comb falls apart",
-     {{12, 0, 0}, {12, 6, 0}, {8, 5, 0}, {11, 4, 0}, {8, 3, 0}, {11, 2, 0}, {8, 1, 0}}, GTL::Clipped,
-     {{{10, 5.5, 0}, {8, 5, 0}, {10, 13.0 / 3, 0}}, {{10, 11.0 / 3, 0}, {8, 3, 0}, {10, 7.0 / 3, 0}},
+     {{12, 0, 0}, {12, 6, 0}, {8, 5, 0}, {11, 4, 0}, {8, 3, 0}, {11, 2, 0}, {8, 1, 0}},
+     GTL::Clipped,
+     {{{10, 5.5, 0}, {8, 5, 0}, {10, 13.0 / 3, 0}},
+      {{10, 11.0 / 3, 0}, {8, 3, 0}, {10, 7.0 / 3, 0}},
       {{10, 5.0 / 3, 0}, {8, 1, 0}, {10, 0.5, 0}}}},
     // The spine of this comb runs along the border itself: its teeth have one point in common.
     {"teeth on the border",
-     {{12, 1, 0}, {12, 5, 0}, {10, 5, 0}, {8, 4, 0}, {10, 3, 0}, {8, 2, 0}, {10, 1, 0}}, GTL::Clipped,
+     {{12, 1, 0}, {12, 5, 0}, {10, 5, 0}, {8, 4, 0}, {10, 3, 0}, {8, 2, 0}, {10, 1, 0}},
+     GTL::Clipped,
      {{{10, 5, 0}, {8, 4, 0}, {10, 3, 0}}, {{10, 3, 0}, {8, 2, 0}, {10, 1, 0}}}},
-    {"a notch from above", {{2, 3, 0}, {9, 3, 0}, {9, 7, 0}, {6, 6, 0}, {5, 4, 0}, {4, 6, 0}, {2, 8, 0}}, GTL::Clipped,
+    {"a notch from above",
+     {{2, 3, 0}, {9, 3, 0}, {9, 7, 0}, {6, 6, 0}, {5, 4, 0}, {4, 6, 0}, {2, 8, 0}},
+     GTL::Clipped,
      {{{2, 3, 0}, {9, 3, 0}, {9, 6, 0}, {6, 6, 0}, {5, 4, 0}, {4, 6, 0}, {2, 6, 0}}}},
-    {"a wedge from below that reaches the upper border", {{-1, 1, 0}, {4, 1, 0}, {5, 6, 0}, {6, 1, 0}, {11, 1, 0},
-      {11, 7, 0}, {-1, 7, 0}}, GTL::Clipped,
+    {"a wedge from below that reaches the upper border",
+     {{-1, 1, 0}, {4, 1, 0}, {5, 6, 0}, {6, 1, 0}, {11, 1, 0}, {11, 7, 0}, {-1, 7, 0}},
+     GTL::Clipped,
      {{{0, 1, 0}, {4, 1, 0}, {5, 6, 0}, {0, 6, 0}}, {{5, 6, 0}, {6, 1, 0}, {10, 1, 0}, {10, 6, 0}}}},
-    {"a tip that touches the border stays whole", {{3, 2, 0}, {7, 2, 0}, {5, 6, 0}, {4, 7, 0}, {4.5, 6, 0}},
-     GTL::Clipped, {{{3, 2, 0}, {7, 2, 0}, {5, 6, 0}, {4.5, 6, 0}}}},
+    {"a tip that touches the border stays whole",
+     {{3, 2, 0}, {7, 2, 0}, {5, 6, 0}, {4, 7, 0}, {4.5, 6, 0}},
+     GTL::Clipped,
+     {{{3, 2, 0}, {7, 2, 0}, {5, 6, 0}, {4.5, 6, 0}}}},
     {"half a circle", {{10, 1, 0, 1}, {10, 5, 0, 1}}, GTL::Clipped, {{{10, 5, 0, 1}, {10, 1, 0, 0}}}},
-    {"a circle with its vertices left and right", {{8, 3, 0, 1}, {12, 3, 0, 1}}, GTL::Clipped,
+    {"a circle with its vertices left and right",
+     {{8, 3, 0, 1}, {12, 3, 0, 1}},
+     GTL::Clipped,
      {{{8, 3, 0, QUARTER}, {10, 1, 0, 0}, {10, 5, 0, QUARTER}}}},
     // y = 2 (x - 8) on the plane z = 3 x + y: at the corner (10, 0) of the window 30.
-    {"a corner at the height of the plane", {{8, 0, 24}, {8, -2, 22}, {12, -2, 34}, {12, 8, 44}}, GTL::Clipped,
+    {"a corner at the height of the plane",
+     {{8, 0, 24}, {8, -2, 22}, {12, -2, 34}, {12, 8, 44}},
+     GTL::Clipped,
      {{{8, 0, 24}, {10, 0, 30}, {10, 4, 34}}}},
     {"back and forth across the border", {{8, 3, 0}, {12, 3, 0}}, GTL::Clipped, {{{8, 3, 0}, {10, 3, 0}}}},
-    {"repeated vertices", {{8, 1, 0}, {8, 1, 0}, {12, 1, 0}, {12, 1, 0}, {8, 5, 0}, {8, 5, 0}}, GTL::Clipped,
+    {"repeated vertices",
+     {{8, 1, 0}, {8, 1, 0}, {12, 1, 0}, {12, 1, 0}, {8, 5, 0}, {8, 5, 0}},
+     GTL::Clipped,
      {{{8, 1, 0}, {10, 1, 0}, {10, 3, 0}, {8, 5, 0}}}},
     // Crosses itself at (10, 3): what is inside is the left half.
-    {"a bow tie with its knot on the border", {{8, 1, 0}, {12, 5, 0}, {12, 1, 0}, {8, 5, 0}}, GTL::Clipped,
+    {"a bow tie with its knot on the border",
+     {{8, 1, 0}, {12, 5, 0}, {12, 1, 0}, {8, 5, 0}},
+     GTL::Clipped,
      {{{8, 1, 0}, {10, 3, 0}, {8, 5, 0}}}},
-    {"not a number", {{8, 1, 0}, {NAN, 1, 0}, {12, 1, 0}, {12, 5, NAN}, {8, 5, 0}, {8, INFINITY, 0}},
-     GTL::Clipped, {{{8, 1, 0}, {10, 1, 0}, {10, 5, NAN}, {8, 5, 0}}}},
+    {"not a number",
+     {{8, 1, 0}, {NAN, 1, 0}, {12, 1, 0}, {12, 5, NAN}, {8, 5, 0}, {8, INFINITY, 0}},
+     GTL::Clipped,
+     {{{8, 1, 0}, {10, 1, 0}, {10, 5, NAN}, {8, 5, 0}}}},
 };
 INSTANTIATE_TEST_SUITE_P(Rows, PolygonClipper, ::testing::ValuesIn(ROWS));
 
@@ -236,7 +269,9 @@ TEST(PolygonClipper, SurvivesWindowsAndCoordinatesOfAnyKind)
 {
     const double values[] = {0, 3, 5, 6, 1e300, -1e300, 1e308, -1e308, INFINITY, NAN, 1e-320};
     Random random(5);
-    const auto pick = [&] { return values[random.Whole(0, 10)]; };
+    const auto pick = [&] {
+        return values[random.Whole(0, 10)];
+    };
     for (int i = 0; i < 20000; ++i) {
         Line ring;
         for (int k = random.Whole(0, 6); k > 0; --k) ring.PushBack(P3(pick(), pick(), pick(), pick()));
@@ -253,8 +288,7 @@ TEST(TriangleClipper, GivesTheOutlineThatThePolygonClipperGives)
     for (unsigned seed = 1; seed <= 500; ++seed) {
         Random random(seed);
         std::array<P3, 3> corners;
-        for (P3& corner : corners)
-            corner = P3(random.Whole(0, 8), random.Whole(0, 8), 4, random.Whole(0, 1));
+        for (P3& corner : corners) corner = P3(random.Whole(0, 8), random.Whole(0, 8), 4, random.Whole(0, 1));
         Line ring;
         std::vector<GTL::Point2D<double>> flat;
         for (const P3& corner : corners) ring.PushBack(P3(corner.X(), corner.Y(), corner.Z()));

@@ -69,29 +69,45 @@ const Row ROWS[] = {
     {"touching the border with a vertex", {{2, 8, 0}, {4, 6, 0}, {6, 8, 0}}, GTL::Outside, {}},
     {"touching a corner along a segment", {{8, 8, 0}, {12, 4, 0}}, GTL::Outside, {}},
     // Through y = 6 at x = 2, 4, 6 and out at x = 10, y = 5 (halfway).
-    {"in and out", {{1, 8, 1}, {3, 4, 3}, {5, 8, 5}, {7, 4, 7}, {9, 4, 9}, {11, 6, 11}}, GTL::Clipped,
+    {"in and out",
+     {{1, 8, 1}, {3, 4, 3}, {5, 8, 5}, {7, 4, 7}, {9, 4, 9}, {11, 6, 11}},
+     GTL::Clipped,
      {{{2, 6, 2}, {3, 4, 3}, {4, 6, 4}}, {{6, 6, 6}, {7, 4, 7}, {9, 4, 9}, {10, 5, 10}}}},
     {"across two sides by one segment", {{-5, 3, 0}, {15, 3, 20}}, GTL::Clipped, {{{0, 3, 5}, {10, 3, 15}}}},
     {"along the upper border", {{-5, 6, 0}, {15, 6, 0}}, GTL::Clipped, {{{0, 6, 0}, {10, 6, 0}}}},
-    {"vertex on the border stays one run", {{5, 3, 0}, {5, 6, 0}, {6, 3, 0}, {6, -3, 0}}, GTL::Clipped,
+    {"vertex on the border stays one run",
+     {{5, 3, 0}, {5, 6, 0}, {6, 3, 0}, {6, -3, 0}},
+     GTL::Clipped,
      {{{5, 3, 0}, {5, 6, 0}, {6, 3, 0}, {6, 0, 0}}}},
     // Clockwise half circle about (5, 4), radius 4, from (1, 4) over (5, 8): at y = 6 the half chord is
     // sqrt(16 - 4) = sqrt(12), the bearing 60 degrees off the top: of each half 90 - 60 = 30 degrees remain.
     // tan(30 / 4 = 7.5 degrees) = 0.13165249758739583.
-    {"an arc over the top", {{1, 4, 0, -1}, {9, 4, 6, 9}}, GTL::Clipped,
+    {"an arc over the top",
+     {{1, 4, 0, -1}, {9, 4, 6, 9}},
+     GTL::Clipped,
      {{{1, 4, 0, -0.13165249758739583}, {5 - ROOT12, 6, 1, 0}},
       {{5 + ROOT12, 6, 5, -0.13165249758739583}, {9, 4, 6, 9}}}},
-    // Counter-clockwise half circle about (10, 3), radius 2, from (10, 1) over (12, 3): outside but for its ends.
-    {"an arc from border to border outside", {{9, 1, 0}, {10, 1, 0, 1}, {10, 5, 0}, {9, 5, 0}}, GTL::Clipped,
+    // Counter-clockwise half circle about (10, 3), radius 2, from (10, 1) over (12, 3): outside but for its
+    // ends.
+    {"an arc from border to border outside",
+     {{9, 1, 0}, {10, 1, 0, 1}, {10, 5, 0}, {9, 5, 0}},
+     GTL::Clipped,
      {{{9, 1, 0}, {10, 1, 0}}, {{10, 5, 0}, {9, 5, 0}}}},
-    // Clockwise half circle about (11, 3), radius 2, from (11, 1) over (9, 3): x = 10 lies half a radius west of the
-    // centre, so 60 degrees on both sides of the west remain, and 30 go at each end: tan(120 / 4 = 30 degrees).
-    {"both ends of an arc outside", {{11, 1, 0, -1}, {11, 5, 6}}, GTL::Clipped,
+    // Clockwise half circle about (11, 3), radius 2, from (11, 1) over (9, 3): x = 10 lies half a radius west
+    // of the centre, so 60 degrees on both sides of the west remain, and 30 go at each end: tan(120 / 4 = 30
+    // degrees).
+    {"both ends of an arc outside",
+     {{11, 1, 0, -1}, {11, 5, 6}},
+     GTL::Clipped,
      {{{10, 3 - ROOT3, 1, -1 / ROOT3}, {10, 3 + ROOT3, 5}}}},
-    {"not a number between", {{1, 1, 0}, {2, 1, 0}, {NAN_, 1, 0}, {4, 1, 0}, {5, 1, 0}, {5, -1, 0}}, GTL::Clipped,
+    {"not a number between",
+     {{1, 1, 0}, {2, 1, 0}, {NAN_, 1, 0}, {4, 1, 0}, {5, 1, 0}, {5, -1, 0}},
+     GTL::Clipped,
      {{{1, 1, 0}, {2, 1, 0}}, {{4, 1, 0}, {5, 1, 0}, {5, 0, 0}}}},
     {"from far away", {{-1e9, 3, 0}, {1e9, 3, 0}}, GTL::Clipped, {{{0, 3, 0}, {10, 3, 0}}}},
-    {"repeated vertices", {{5, 3, 0}, {5, 3, 0}, {5, 9, 0}, {5, 9, 0}}, GTL::Clipped,
+    {"repeated vertices",
+     {{5, 3, 0}, {5, 3, 0}, {5, 9, 0}, {5, 9, 0}},
+     GTL::Clipped,
      {{{5, 3, 0}, {5, 3, 0}, {5, 6, 0}}}},
 };
 INSTANTIATE_TEST_SUITE_P(Rows, PolylineClipper, ::testing::ValuesIn(ROWS));
@@ -168,7 +184,9 @@ TEST(PolylineClipper, SurvivesWindowsAndCoordinatesOfAnyKind)
 {
     const double values[] = {0, 3, 5, 1e300, -1e300, 1e308, -1e308, INFINITY, -INFINITY, NAN_, 1e-320};
     Random random(5);
-    const auto pick = [&] { return values[random.Whole(0, 10)]; };
+    const auto pick = [&] {
+        return values[random.Whole(0, 10)];
+    };
     for (int i = 0; i < 20000; ++i) {
         Line line;
         for (int k = random.Whole(0, 6); k > 0; --k) line.PushBack(P3(pick(), pick(), pick(), pick()));
