@@ -1,7 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <span>
 
 #include "platform/CBitmap.h"
 #include "platform/CBrush.h"
@@ -17,6 +16,7 @@
 class ClipRegion;
 struct Canvas;
 struct Picture;
+struct Stroke;
 
 /// A device context. This class draws in software, into the bitmap that is selected into it, with the pixels
 /// that GDI gives; without a bitmap it measures and draws nothing. Every operation that a drawer uses is
@@ -136,8 +136,8 @@ public:
 
 private:
     Canvas MakeCanvas() const;
-    void DrawLines(Canvas& canvas, const CPoint* points, int count, bool isClosed);
-    void DrawMappedLines(Canvas& canvas, std::span<const CPoint> points);
+    Stroke MakeStroke() const;
+    bool HasThinSolidPen() const;
 
     DeviceMapping m_Mapping;
     CPen* m_Pen = nullptr;

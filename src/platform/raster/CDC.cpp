@@ -1,0 +1,376 @@
+#include "platform/CDC.h"
+
+#include <array>
+#include <cmath>
+#include <cstring>
+#include <memory_resource>
+#include <new>
+#include <utility>
+#include <vector>
+
+#include "platform/raster/Canvas.h"
+#include "platform/raster/PolygonFill.h"
+#include "platform/raster/Stroke.h"
+#include "platform/raster/ThinLine.h"
+
+namespace {
+constexpr unsigned long COLOR_BITS = 0xFFFFFF;
+
+/// Dashes of cosmetic pens, in pixels; 0 ends a row.
+constexpr std::array<std::array<int, 6>, PS_INSIDEFRAME + 1> DASHES = {{
+    {},                 // PS_SOLID
+    {18, 6},            // PS_DASH
+    {3, 3},             // PS_DOT
+    {9, 6, 3, 6},       // PS_DASHDOT
+    {9, 3, 3, 3, 3, 3}, // PS_DASHDOTDOT
+    {},                 // PS_NULL
+    {},                 // PS_INSIDEFRAME
+}};
+
+const CPen& PenOf(const CPen* pen)
+{
+    static const CPen s_First;
+    return pen ? *pen : s_First;
+}
+
+void AddDash(Stroke& stroke, double length)
+{
+    stroke.pattern[stroke.patternCount++] = length;
+    stroke.period += length;
+}
+
+/// The lengths of a geometric pen on the device. An odd number of them is taken twice: on and off change
+/// places.
+void AddPattern(Stroke& stroke, std::span<const int> pattern, double scale)
+{
+    constexpr double SHORTEST_PERIOD = 1;
+    const int rounds = pattern.size() % 2 == 0 ? 1 : 2;
+    for (int round = 0; round < rounds; ++round)
+        for (const int length : pattern) AddDash(stroke, length * scale);
+    if (stroke.period < SHORTEST_PERIOD) stroke.patternCount = 0;
+}
+
+/// Points of an operation on the device. Throws std::bad_alloc.
+class MappedPoints {
+public:
+    MappedPoints(const DeviceMapping& mapping, const CPoint* points, int count)
+    {
+        m_Points.reserve(static_cast<std::size_t>(count));
+        for (int i = 0; i < count; ++i) m_Points.push_back(mapping.ToDevice(points[i]));
+    }
+    std::span<const CPoint> Span() const { return m_Points; }
+
+private:
+    std::array<std::byte, 1024> m_OnStack;
+    std::pmr::monotonic_buffer_resource m_Memory{m_OnStack.data(), m_OnStack.size()};
+    std::pmr::vector<CPoint> m_Points{&m_Memory};
+};
+
+/// The pixels between two mapped corners.
+CRect PixelsBetween(CPoint a, CPoint b)
+{
+    return {std::min(a.x, b.x), std::min(a.y, b.y), std::max(a.x, b.x), std::max(a.y, b.y)};
+}
+
+CPoint Moved(CPoint p, int dx, int dy)
+{
+    return {ToInt(std::int64_t{p.x} + dx), ToInt(std::int64_t{p.y} + dy)};
+}
+} // namespace
+
+CDC::CDC() = default;
+CDC::~CDC() = default;
+
+bool CDC::CreateCompatibleDC(CDC* /*other*/)
+{
+    m_Mapping = DeviceMapping();
+    m_Pen = nullptr;
+    m_Brush = nullptr;
+    m_Font = nullptr;
+    m_Bitmap = nullptr;
+    m_Position = CPoint();
+    m_BkMode = OPAQUE;
+    m_BkColor = COLOR_BITS;
+    m_TextColor = 0;
+    m_TextAlign = TA_LEFT | TA_TOP;
+    m_PolyFillMode = ALTERNATE;
+    m_Clip = nullptr;
+    return true;
+}
+
+bool CDC::DeleteDC()
+{
+    return CDC::CreateCompatibleDC(nullptr);
+}
+
+CPen* CDC::SelectObject(CPen* pen)
+{
+    return std::exchange(m_Pen, pen);
+}
+
+CBrush* CDC::SelectObject(CBrush* brush)
+{
+    return std::exchange(m_Brush, brush);
+}
+
+CFont* CDC::SelectObject(CFont* font)
+{
+    return std::exchange(m_Font, font);
+}
+
+CBitmap* CDC::SelectObject(CBitmap* bitmap)
+{
+    const CSize before = m_Bitmap ? CSize(m_Bitmap->Width(), m_Bitmap->Height()) : CSize();
+    if (!bitmap || before != CSize(bitmap->Width(), bitmap->Height())) m_Clip = nullptr;
+    return std::exchange(m_Bitmap, bitmap);
+}
+
+int CDC::SetMapMode(int mode)
+{
+    const int before = m_Mapping.Mode();
+    return m_Mapping.SetMode(mode) ? before : 0;
+}
+
+CPoint CDC::SetWindowOrg(int x, int y)
+{
+    const CPoint before = m_Mapping.WindowOrg();
+    m_Mapping.SetWindowOrg({x, y});
+    return before;
+}
+
+CPoint CDC::SetViewportOrg(int x, int y)
+{
+    const CPoint before = m_Mapping.ViewportOrg();
+    m_Mapping.SetViewportOrg({x, y});
+    return before;
+}
+
+CSize CDC::SetWindowExt(int cx, int cy)
+{
+    const CSize before = m_Mapping.WindowExt();
+    return m_Mapping.SetWindowExt({cx, cy}) ? before : CSize();
+}
+
+CSize CDC::SetViewportExt(int cx, int cy)
+{
+    const CSize before = m_Mapping.ViewportExt();
+    return m_Mapping.SetViewportExt({cx, cy}) ? before : CSize();
+}
+
+void CDC::DPtoLP(CPoint* points, int count) const
+{
+    for (int i = 0; i < count; ++i) points[i] = m_Mapping.ToLogical(points[i]);
+}
+
+void CDC::LPtoDP(CPoint* points, int count) const
+{
+    for (int i = 0; i < count; ++i) points[i] = m_Mapping.ToDevice(points[i]);
+}
+
+int CDC::SetBkMode(int mode)
+{
+    return std::exchange(m_BkMode, mode);
+}
+
+unsigned long CDC::SetBkColor(unsigned long color)
+{
+    return std::exchange(m_BkColor, color & COLOR_BITS);
+}
+
+unsigned long CDC::SetTextColor(unsigned long color)
+{
+    return std::exchange(m_TextColor, color & COLOR_BITS);
+}
+
+unsigned CDC::SetTextAlign(unsigned align)
+{
+    return std::exchange(m_TextAlign, align);
+}
+
+int CDC::SetPolyFillMode(int mode)
+{
+    return std::exchange(m_PolyFillMode, mode);
+}
+
+Canvas CDC::MakeCanvas() const
+{
+    Canvas canvas;
+    if (!m_Bitmap || !m_Bitmap->IsCreated()) return canvas;
+    canvas.pixels = m_Bitmap->Pixels();
+    canvas.stride = m_Bitmap->Width();
+    canvas.clip = CRect(0, 0, m_Bitmap->Width(), m_Bitmap->Height());
+    if (!m_Clip) return canvas;
+    canvas.clip.IntersectRect(canvas.clip, m_Clip->Bounds());
+    canvas.region = m_Clip->IsRectangle() ? nullptr : m_Clip.get();
+    return canvas;
+}
+
+bool CDC::SetClipPolygon(const CPoint* points, int count)
+{
+    m_Clip = nullptr;
+    const CRect within = MakeCanvas().clip;
+    try {
+        const MappedPoints mapped(m_Mapping, points, std::max(count, 0));
+        const std::span<const CPoint> corners = count < 3 ? std::span<const CPoint>() : mapped.Span();
+        m_Clip = std::make_shared<const ClipRegion>(corners, ALTERNATE, within);
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+    return true;
+}
+
+void CDC::ResetClip()
+{
+    m_Clip = nullptr;
+}
+
+bool CDC::HasThinSolidPen() const
+{
+    const CPen& pen = PenOf(m_Pen);
+    if (pen.IsGeometric() || (pen.Style() != PS_SOLID && pen.Style() != PS_INSIDEFRAME)) return false;
+    return pen.Width() <= 1 || pen.Width() * m_Mapping.ScaleX() < 1.5;
+}
+
+Stroke CDC::MakeStroke() const
+{
+    const CPen& pen = PenOf(m_Pen);
+    const double scale = m_Mapping.ScaleX();
+    Stroke stroke;
+    stroke.pixel = PixelOf(pen.Color());
+    stroke.width = pen.Style() == PS_NULL ? 0 : std::max(1.0, std::floor(pen.Width() * scale + 0.5));
+    stroke.isThin = !pen.IsGeometric() && (pen.Width() <= 1 || stroke.width <= 1);
+    if (pen.IsGeometric()) AddPattern(stroke, pen.Pattern(), scale);
+    if (!stroke.isThin) return stroke;
+    for (const int length : DASHES[static_cast<std::size_t>(pen.Style())])
+        if (length > 0) AddDash(stroke, length);
+    stroke.hasPaintedGaps = m_BkMode == OPAQUE;
+    stroke.gapPixel = PixelOf(m_BkColor);
+    return stroke;
+}
+
+CPoint CDC::MoveTo(int x, int y)
+{
+    return std::exchange(m_Position, CPoint(x, y));
+}
+
+bool CDC::LineTo(int x, int y)
+{
+    const CPoint from = m_Mapping.ToDevice(std::exchange(m_Position, CPoint(x, y)));
+    const CPoint to = m_Mapping.ToDevice({x, y});
+    const Canvas canvas = MakeCanvas();
+    if (HasThinSolidPen()) {
+        DrawSolidLine(canvas, from, to, PixelOf(PenOf(m_Pen).Color()));
+        return true;
+    }
+    const Stroke stroke = MakeStroke();
+    StrokePath(canvas, stroke, from).LineTo(to);
+    return true;
+}
+
+bool CDC::Polyline(const CPoint* points, int count)
+{
+    if (count < 2) return false;
+    const Canvas canvas = MakeCanvas();
+    CPoint from = m_Mapping.ToDevice(points[0]);
+    if (HasThinSolidPen()) {
+        const std::uint32_t pixel = PixelOf(PenOf(m_Pen).Color());
+        for (int i = 1; i < count; ++i) {
+            const CPoint to = m_Mapping.ToDevice(points[i]);
+            DrawSolidLine(canvas, from, to, pixel);
+            from = to;
+        }
+        return true;
+    }
+    const Stroke stroke = MakeStroke();
+    StrokePath path(canvas, stroke, from);
+    for (int i = 1; i < count; ++i) path.LineTo(m_Mapping.ToDevice(points[i]));
+    return true;
+}
+
+bool CDC::Polygon(const CPoint* points, int count)
+{
+    if (count < 2) return false;
+    const Canvas canvas = MakeCanvas();
+    if (canvas.clip.IsRectEmpty()) return true;
+    try {
+        const MappedPoints mapped(m_Mapping, points, count);
+        const std::uint32_t fill = PixelOf(m_Brush ? m_Brush->Color() : COLOR_BITS);
+        ScanPolygon(mapped.Span(), m_PolyFillMode, canvas.clip,
+                    [&](int y, int left, int right) { canvas.FillSpan(y, left, right, fill); });
+        const Stroke stroke = MakeStroke();
+        StrokePath outline(canvas, stroke, mapped.Span().front());
+        for (const CPoint& p : mapped.Span().subspan(1)) outline.LineTo(p);
+        outline.LineTo(mapped.Span().front());
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+    return true;
+}
+
+unsigned long CDC::SetPixel(int x, int y, unsigned long color)
+{
+    const Canvas canvas = MakeCanvas();
+    const CPoint p = m_Mapping.ToDevice({x, y});
+    if (!canvas.Holds(p)) return CLR_INVALID;
+    *canvas.At(p.x, p.y) = PixelOf(color);
+    return color & COLOR_BITS;
+}
+
+unsigned long CDC::GetPixel(int x, int y) const
+{
+    const Canvas canvas = MakeCanvas();
+    const CPoint p = m_Mapping.ToDevice({x, y});
+    return canvas.Holds(p) ? ColorOf(*canvas.At(p.x, p.y) & 0xFFFFFF) : CLR_INVALID;
+}
+
+void CDC::FillSolidRect(const CRect& rect, unsigned long color)
+{
+    CDC::SetBkColor(color);
+    const Canvas canvas = MakeCanvas();
+    CRect pixels = PixelsBetween(m_Mapping.ToDevice(rect.TopLeft()), m_Mapping.ToDevice(rect.BottomRight()));
+    if (!pixels.IntersectRect(pixels, canvas.clip)) return;
+    for (int y = pixels.top; y < pixels.bottom; ++y)
+        canvas.FillSpan(y, pixels.left, pixels.right, PixelOf(color));
+}
+
+bool CDC::BitBlt(int x, int y, int width, int height, CDC* source, int sourceX, int sourceY,
+                 unsigned long operation)
+{
+    if (operation != SRCCOPY || !source) return false;
+    const Canvas from = source->MakeCanvas();
+    if (!from.pixels) return false;
+    const CPoint start(x, y);
+    const CPoint sourceStart(sourceX, sourceY);
+    const CRect target =
+        PixelsBetween(m_Mapping.ToDevice(start), m_Mapping.ToDevice(Moved(start, width, height)));
+    const CRect origin = PixelsBetween(source->m_Mapping.ToDevice(sourceStart),
+                                       source->m_Mapping.ToDevice(Moved(sourceStart, width, height)));
+    const auto widthOf = [](const CRect& r) {
+        return std::int64_t{r.right} - r.left;
+    };
+    const auto heightOf = [](const CRect& r) {
+        return std::int64_t{r.bottom} - r.top;
+    };
+    if (widthOf(target) != widthOf(origin) || heightOf(target) != heightOf(origin)) return false;
+
+    // The source's clip is no matter of a copy; its bitmap is.
+    const CRect all(0, 0, source->m_Bitmap->Width(), source->m_Bitmap->Height());
+    const std::int64_t dx = std::int64_t{origin.left} - target.left;
+    const std::int64_t dy = std::int64_t{origin.top} - target.top;
+    const CRect shown(ToInt(all.left - dx), ToInt(all.top - dy), ToInt(all.right - dx),
+                      ToInt(all.bottom - dy));
+    const Canvas canvas = MakeCanvas();
+    CRect pixels;
+    if (!pixels.IntersectRect(target, shown) || !pixels.IntersectRect(pixels, canvas.clip)) return true;
+    // Within one bitmap, rows are copied so that none is overwritten before it is read.
+    const bool goesUp = dy < 0;
+    for (int i = 0; i < pixels.Height(); ++i) {
+        const int row = goesUp ? pixels.bottom - 1 - i : pixels.top + i;
+        const std::uint32_t* sourceRow = from.At(0, static_cast<int>(row + dy)) + dx;
+        canvas.ForSpan(row, pixels.left, pixels.right, [&](int left, int right) {
+            std::memmove(canvas.At(left, row), sourceRow + left,
+                         sizeof(std::uint32_t) * std::size_t(right - left));
+        });
+    }
+    return true;
+}
