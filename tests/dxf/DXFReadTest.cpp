@@ -231,9 +231,9 @@ TEST(DXFRead, BuildsPolylinesPolygonsAndFaces)
     ASSERT_EQ(light->NumPoints(), 4);
     EXPECT_EQ((*light)[1], P(1, 0, 5, .5));
     EXPECT_EQ((*light)[2], P(1, 1, 5, 0));
-    const auto* ring = Reading(Entities("0 LWPOLYLINE|8 A|70 1|38 5|10 0|20 0|10 1|20 0|10 1")).Only<DXFPolygon>();
-    EXPECT_EQ(ring->NumPoints(), 2); // as many as have both coordinates
-    EXPECT_EQ(ring->GetElevation(), 5);
+    Reading closed(Entities("0 LWPOLYLINE|8 A|70 1|38 5|10 0|20 0|10 1|20 0|10 1"));
+    EXPECT_EQ(closed.Only<DXFPolygon>()->NumPoints(), 2); // as many as have both coordinates
+    EXPECT_EQ(closed.Only<DXFPolygon>()->GetElevation(), 5);
 
     const std::string vertices = "|0 VERTEX|8 A|10 0|20 0|0 VERTEX|8 A|10 3|20 4|30 1|42 -1|0 SEQEND";
     EXPECT_TRUE(Reading(Entities("0 POLYLINE|8 A|70 1" + vertices)).Only<DXFPolygon>());
