@@ -91,7 +91,7 @@ int Convert(const Options& options)
 std::string CheckOutputName(const std::string& name)
 {
     if (FilePath::SameText(FilePath::Extension(FromUtf8(name)), L"dxf")) return {};
-    return "OUT: " + name + " does not end in .dxf, the only kind of file that can be written";
+    return name + " does not end in .dxf, the only kind of file that can be written";
 }
 
 } // namespace

@@ -85,7 +85,8 @@ void Drawing::Note(const DXFFile& reader)
     if (reader.Ending() == DXFFile::END_OF_DATA)
         m_Warnings.push_back(L"the file ends without its end mark (EOF); it may have been cut short");
     if (!m_Skipped.empty())
-        m_Warnings.push_back(L"skipped: " + ListOf(m_Skipped) + L" (kinds that Halyard does not hold, or objects that it could not read)");
+        m_Warnings.push_back(L"skipped: " + ListOf(m_Skipped)
+                             + L" (kinds that Halyard does not hold, or objects that it could not read)");
 }
 
 bool Drawing::IsUtf8() const

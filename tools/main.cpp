@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <exception>
+#include <memory>
 #include <new>
 
 namespace {
@@ -21,19 +22,40 @@ std::string Version()
     return std::string("halyard " HALYARD_VERSION " (") + BUILD + " build, C++ compiler " __VERSION__ ")";
 }
 
+/// Words that people know.
+void NameParts(CLI::Formatter& formatter)
+{
+    formatter.label("SUBCOMMAND", "COMMAND");
+    formatter.label("Positionals", "Files");
+    formatter.label("REQUIRED", "");
+    formatter.label("TEXT", "");
+}
+
+std::string UsageMessage(const CLI::App*, const CLI::Error& error)
+{
+    return std::string("halyard: ") + error.what()
+           + "\n'halyard --help' and 'halyard COMMAND --help' tell more.\n";
+}
+
 int Run(int argc, char** argv)
 {
     int status = EXIT_DONE;
     CLI::App program("Halyard reads, shows and writes line drawings (DXF).", "halyard");
+    const auto formatter = std::make_shared<CLI::Formatter>();
+    NameParts(*formatter);
+    program.formatter(formatter);
+    program.failure_message(UsageMessage);
     program.set_version_flag("--version", Version(), "Print the version and exit");
     program.set_help_flag("-h,--help", "Print this help and exit");
-    program.require_subcommand(1);
+    program.require_subcommand(0, 1);
     program.footer(
         "Exit status: 0 done, 1 a failure told in one sentence, 2 wrong usage, 130 stopped by Ctrl-C.\n"
         "'halyard COMMAND --help' tells more about a command.");
     for (const AddCommand add : COMMANDS) add(program, status);
+    for (CLI::App* command : program.get_subcommands({})) command->group("Commands");
     try {
         program.parse(argc, argv);
+        if (program.get_subcommands().empty()) throw CLI::RequiredError("A command");
     } catch (const CLI::ParseError& error) {
         return program.exit(error) == 0 ? StandardOutput::Finish() : EXIT_WRONG_USAGE;
     }

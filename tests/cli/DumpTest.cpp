@@ -39,13 +39,15 @@ const Row ROWS[] = {
      "\"rotation\":330,"
      "\"justification\":5,\"text_style\":0,\"multi_line\":false,\"rect_width\":0}"},
     {"0 INSERT|8 L|2 B|10 1|20 2|41 2|42 -1|50 45|70 3|44 10|71 2|45 20",
-     R"({"kind":"INSERT","block_name":"B","insert_point":[1,2,0],"rotation":45,"scale":[2,-1,1],"extrusion":[0,0,1],
+     R"({"kind":"INSERT","block_name":"B","insert_point":[1,2,0],"rotation":45,"scale":[2,-1,1],
+         "extrusion":[0,0,1],
          "row_count":3,"column_count":2,"row_spacing":10,"column_spacing":20})"},
     // The file's corners lie half a pixel outside the corner pixels. An image has no colour of its own, and
     // what is read of it says nothing of its brightness, contrast and fade.
     {"0 IMAGE|8 L|10 1|20 2|11 0.5|21 0|12 0|22 0.25|13 640|23 480|71 1|91 2|14 -0.5|24 -0.5|14 99.5|24 "
      "49.5",
-     R"({"kind":"IMAGE","color":"#000000","file_name":"","insert_point":[1,2,0],"u_vector":[0.5,0,0],"v_vector":[0,0.25,0],
+     R"({"kind":"IMAGE","color":"#000000","file_name":"","insert_point":[1,2,0],"u_vector":[0.5,0,0],
+         "v_vector":[0,0.25,0],
          "width":640,"height":480,"clip_type":1,"clip_boundary":[[0,0],[99,49]],
          "brightness":50,"contrast":50,"fade":0})"},
 };
