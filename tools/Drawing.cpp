@@ -66,7 +66,7 @@ bool Drawing::Read(const std::wstring& file, const ReadOptions& options)
         if (reader.Ending() == DXFFile::NOT_READ && !again.Open(file))
             m_Complaint = again.Reason();
         else
-            m_Complaint = L"cannot be read as a drawing: " + result.Text();
+            m_Complaint = L"cannot be read as a drawing: " + AsMeant(result.Text());
         return false;
     }
     Note(reader);
@@ -87,12 +87,6 @@ void Drawing::Note(const DXFFile& reader)
     if (!m_Skipped.empty())
         m_Warnings.push_back(L"skipped: " + ListOf(m_Skipped)
                              + L" (kinds that Halyard does not hold, or objects that it could not read)");
-}
-
-bool Drawing::IsUtf8() const
-{
-    constexpr wchar_t FIRST_UTF_8_RELEASE[] = L"AC1021";
-    return m_Release.size() == 6 && m_Release.starts_with(L"AC") && m_Release >= FIRST_UTF_8_RELEASE;
 }
 
 void Drawing::Warn() const

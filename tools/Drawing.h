@@ -31,8 +31,6 @@ public:
     const char* Format() const { return "dxf"; }
     /// As the file names it ("AC1015"); empty when it does not.
     const std::wstring& Release() const { return m_Release; }
-    /// The text is UTF-8 in this release; the model holds its bytes as characters.
-    bool IsUtf8() const;
     /// "CRLF", "LF" or "mixed"; null when the file has no line ends.
     const char* LineEnds() const { return m_LineEnds; }
     /// Objects that were passed over, by name.

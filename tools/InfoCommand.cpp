@@ -107,20 +107,9 @@ std::string InfoJson(const Drawing& drawing, const Summary& summary)
     return WithoutControls(info.dump(2, ' ', false, Json::error_handler_t::replace)) + "\n";
 }
 
-/// Names and texts of a drawing as people read them: where its release keeps text in UTF-8, the characters of
-/// the model are the bytes of that.
-std::string Shown(const Drawing& drawing, const std::wstring& text)
+std::string Shown(const std::wstring& text)
 {
-    if (!drawing.IsUtf8()) return Printable(text);
-    std::string bytes;
-    for (const wchar_t c : text) {
-        if (c > 0xFF) return Printable(text);
-        bytes += static_cast<char>(static_cast<unsigned char>(c));
-    }
-    const std::wstring decoded = FromUtf8(bytes);
-    const bool isUtf8 =
-        std::none_of(decoded.begin(), decoded.end(), [](wchar_t c) { return c >= 0xDC80 && c <= 0xDCFF; });
-    return Printable(isUtf8 ? decoded : text);
+    return Printable(AsMeant(text));
 }
 
 template <class T>
@@ -175,7 +164,7 @@ std::string LayersText(const Drawing& drawing)
     table.Add({"name", "colour", "visible", "style", "width", "entities"});
     for (std::size_t i = 0; i < document.NumLayers(); ++i) {
         const DXFLayer& layer = *document[i];
-        table.Add({Shown(drawing, layer.Name()), ColorText(layer.Color()), layer.IsVisible() ? "yes" : "no",
+        table.Add({Shown(layer.Name()), ColorText(layer.Color()), layer.IsVisible() ? "yes" : "no",
                    ToUtf8(layer.StyleStr()), ShortestText(layer.Width()),
                    std::to_string(layer.NumEntities())});
     }
@@ -190,7 +179,7 @@ std::string BlocksText(const Drawing& drawing)
     bool more = drawing.Document().GetFirstBlock(block);
     if (!more) return "\nBlocks: none\n";
     for (; more; more = drawing.Document().GetFNextBlock(block))
-        table.Add({Shown(drawing, block->first), PointText(block->second->BasePoint()),
+        table.Add({Shown(block->first), PointText(block->second->BasePoint()),
                    std::to_string(block->second->GetDXF()->NumEntities())});
     return "\nBlocks\n" + table.Text("  ");
 }
@@ -204,7 +193,7 @@ std::string KindsText(const Summary& summary)
 }
 
 /// Images that name one file share a row.
-std::string ImagesText(const Drawing& drawing, const Summary& summary)
+std::string ImagesText(const Summary& summary)
 {
     if (summary.images.empty()) return "";
     std::map<std::wstring, std::pair<bool, std::uint64_t>> files;
@@ -216,8 +205,8 @@ std::string ImagesText(const Drawing& drawing, const Summary& summary)
     TextTable table({TextTable::LEFT, TextTable::LEFT, TextTable::RIGHT});
     table.Add({"file", "", "images"});
     for (const auto& [file, state] : files)
-        table.Add({file.empty() ? "(no file named)" : Shown(drawing, file),
-                   state.first ? "found" : "not found", std::to_string(state.second)});
+        table.Add({file.empty() ? "(no file named)" : Shown(file), state.first ? "found" : "not found",
+                   std::to_string(state.second)});
     return "\nImages\n" + table.Text("  ");
 }
 
@@ -233,7 +222,7 @@ std::string InfoText(const Drawing& drawing, const Summary& summary)
     else
         head.Add({"extents", "none"});
     text += head.Text("  ");
-    text += LayersText(drawing) + BlocksText(drawing) + KindsText(summary) + ImagesText(drawing, summary);
+    text += LayersText(drawing) + BlocksText(drawing) + KindsText(summary) + ImagesText(summary);
     if (!drawing.Warnings().empty()) text += "\nWarnings\n";
     for (const std::wstring& warning : drawing.Warnings()) text += "  " + Printable(warning) + "\n";
     return text;

@@ -3,6 +3,7 @@
 #include "platform/FileSystem.h"
 #include "platform/Utf8.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 
@@ -37,6 +38,21 @@ std::string Printable(std::wstring_view text)
     for (wchar_t& c : shown)
         if (IsControl(c)) c = L'?';
     return ToUtf8(shown);
+}
+
+std::wstring AsMeant(const std::wstring& modelText)
+{
+    std::string bytes;
+    for (const wchar_t c : modelText) {
+        if (static_cast<unsigned long>(c) > 0xFF) return modelText;
+        bytes += static_cast<char>(static_cast<unsigned char>(c));
+    }
+    const std::wstring decoded = FromUtf8(bytes);
+    const bool isUtf8 = std::none_of(decoded.begin(), decoded.end(), [](wchar_t c) {
+        const auto code = static_cast<unsigned long>(c);
+        return code >= 0xDC80 && code <= 0xDCFF;
+    });
+    return isUtf8 ? decoded : modelText;
 }
 
 int Fail(std::wstring_view file, std::wstring_view what)

@@ -15,6 +15,10 @@ enum EXIT_STATUS {
 /// "?".
 std::string Printable(std::wstring_view text);
 
+/// Names and texts of a drawing as people read them. The model holds one character for each byte of the file,
+/// and newer files hold UTF-8, whatever release they state: what is well-formed UTF-8 is taken for it.
+std::wstring AsMeant(const std::wstring& modelText);
+
 /// Writes "halyard: FILE: WHAT" to standard error; returns EXIT_FAILED.
 int Fail(std::wstring_view file, std::wstring_view what);
 /// Writes "halyard: FILE: warning: WHAT" to standard error.
