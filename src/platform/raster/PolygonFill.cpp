@@ -1,8 +1,18 @@
 #include "platform/raster/PolygonFill.h"
 
+#include <cstdlib>
+
 namespace {
 std::int64_t Product(std::int64_t a, std::int64_t b, std::int64_t divisor, std::int64_t& rest)
 {
+    constexpr std::int64_t SMALL = 1 << 30;
+    if (std::abs(a) < SMALL && std::abs(b) < SMALL) {
+        const std::int64_t whole = a * b / divisor;
+        rest = a * b % divisor;
+        if (rest >= 0) return whole;
+        rest += divisor;
+        return whole - 1;
+    }
     const WideInt product = static_cast<WideInt>(a) * b;
     const std::int64_t quotient = FloorDiv(product, divisor);
     rest = static_cast<std::int64_t>(product - static_cast<WideInt>(quotient) * divisor);
@@ -44,12 +54,11 @@ void PolygonScan::Add(CPoint from, CPoint to)
     m_Edges.push_back(edge);
 }
 
-bool PolygonScan::EnterRow(int y)
+void PolygonScan::EnterRow(int y)
 {
     std::erase_if(m_Active, [y](const PolygonEdge& edge) { return edge.bottom <= y; });
     for (; m_NextEdge < m_Edges.size() && m_Edges[m_NextEdge].top <= y; ++m_NextEdge)
         m_Active.push_back(m_Edges[m_NextEdge]);
-    return !m_Active.empty() || m_NextEdge < m_Edges.size();
 }
 
 void PolygonScan::SortActive()

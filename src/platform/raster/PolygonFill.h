@@ -48,13 +48,14 @@ public:
     template <class Visit>
     void Run(Visit visit)
     {
-        for (int y = FirstRow(); y < m_Within.bottom; ++y) {
-            if (!EnterRow(y)) break;
-            if (m_Active.size() <= FEW_EDGES)
-                VisitSorted(y, visit);
+        for (int y = NextEdgeRow(); y < m_Within.bottom;) {
+            EnterRow(y);
+            const int end = std::min(FirstEnd(), NextEdgeRow());
+            if (m_Active.size() == 2)
+                VisitPair(y, end, visit);
             else
-                VisitCounted(y, visit);
-            for (PolygonEdge& edge : m_Active) edge.Step();
+                VisitMany(y, end, visit);
+            y = m_Active.empty() ? NextEdgeRow() : end;
         }
     }
 
@@ -63,9 +64,20 @@ private:
     static constexpr std::size_t FEW_EDGES = 32;
 
     void Add(CPoint from, CPoint to);
-    int FirstRow() const { return m_Edges.empty() ? m_Within.bottom : m_Edges.front().top; }
-    /// Brings the active edges up to date. False when no edge is left.
-    bool EnterRow(int y);
+    /// Row in which the next edge begins, the end of the rectangle when none is left.
+    int NextEdgeRow() const
+    {
+        return m_NextEdge < m_Edges.size() ? m_Edges[m_NextEdge].top : m_Within.bottom;
+    }
+    /// Row in which the first of the active edges has ended.
+    int FirstEnd() const
+    {
+        int end = m_Within.bottom;
+        for (const PolygonEdge& edge : m_Active) end = std::min(end, edge.bottom);
+        return end;
+    }
+    /// Drops the active edges that have ended, takes those that begin.
+    void EnterRow(int y);
     void SortActive();
     void CountColumns();
     int Clamp(std::int64_t column) const
@@ -73,6 +85,39 @@ private:
         return static_cast<int>(std::clamp<std::int64_t>(column, m_Within.left, m_Within.right));
     }
     int Next(int inside, int winding) const { return m_FillMode == WINDING ? inside + winding : inside ^ 1; }
+
+    /// Rows with two edges: what is between them is inside by either rule.
+    template <class Visit>
+    void VisitPair(int y, int end, Visit& visit)
+    {
+        PolygonEdge a = m_Active[0];
+        PolygonEdge b = m_Active[1];
+        for (; y < end; ++y) {
+            const std::int64_t left = std::min(a.Column(), b.Column());
+            const std::int64_t right = std::max(a.Column(), b.Column());
+            if (left < right) {
+                const int from = Clamp(left);
+                const int to = Clamp(right);
+                if (from < to) visit(y, from, to);
+            }
+            a.Step();
+            b.Step();
+        }
+        m_Active[0] = a;
+        m_Active[1] = b;
+    }
+
+    template <class Visit>
+    void VisitMany(int y, int end, Visit& visit)
+    {
+        for (; y < end && !m_Active.empty(); ++y) {
+            if (m_Active.size() <= FEW_EDGES)
+                VisitSorted(y, visit);
+            else
+                VisitCounted(y, visit);
+            for (PolygonEdge& edge : m_Active) edge.Step();
+        }
+    }
 
     template <class Visit>
     void VisitSorted(int y, Visit& visit)

@@ -34,30 +34,38 @@ Interval DiscRow(double x, double dy, double radius)
     return {x - half, x + half};
 }
 
-/// A line's rectangle: `length` along the unit vector (ux, uy) from a start, `radius` to both sides.
-struct Bar {
-    double x;
-    double ux;
-    double uy;
-    double length;
-    double radius;
+/// A line's rectangle: `length` along the unit vector (ux, uy) from a start, `radius` to both sides. The
+/// columns of a row lie between its two long sides and between its two ends; each bound is linear in the row.
+class Bar {
+public:
+    Bar(double x, double ux, double uy, double length, double radius)
+        : m_X(x), m_Ux(ux), m_Uy(uy), m_Length(length), m_Radius(radius)
+    {
+        if (uy != 0) m_SideStep = ux / uy, m_SideReach = radius / std::fabs(uy);
+        if (ux != 0) m_EndStep = -uy / ux, m_EndReach = length / ux;
+    }
 
     /// Where a row crosses it, dy below the start. Level lines hold the rows -radius <= dy < radius.
     Interval Row(double dy) const
     {
-        Interval row{x - length - radius, x + length + radius};
-        if (uy == 0) {
-            if (dy < -radius || dy >= radius) return {};
-            row.Cut(x, x + ux * length);
-            return row;
-        }
-        row.Cut(x + (dy * ux - radius) / uy, x + (dy * ux + radius) / uy);
-        if (ux != 0)
-            row.Cut(x - dy * uy / ux, x + (length - dy * uy) / ux);
-        else if (dy * uy < 0 || dy * uy > length)
-            return {};
+        if (m_Uy == 0 && (dy < -m_Radius || dy >= m_Radius)) return {};
+        if (m_Ux == 0 && (dy * m_Uy < 0 || dy * m_Uy > m_Length)) return {};
+        Interval row{-HUGE_VAL, HUGE_VAL};
+        if (m_Uy != 0) row.Cut(m_X + dy * m_SideStep - m_SideReach, m_X + dy * m_SideStep + m_SideReach);
+        if (m_Ux != 0) row.Cut(m_X + dy * m_EndStep, m_X + dy * m_EndStep + m_EndReach);
         return row;
     }
+
+private:
+    double m_X;
+    double m_Ux;
+    double m_Uy;
+    double m_Length;
+    double m_Radius;
+    double m_SideStep = 0;
+    double m_SideReach = 0;
+    double m_EndStep = 0;
+    double m_EndReach = 0;
 };
 
 /// The part of a line, as fractions of its length, that comes within `margin` of a rectangle; empty when

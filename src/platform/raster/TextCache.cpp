@@ -78,8 +78,7 @@ SizedFace& TextCache::Find(const FontFace& face, int ppem)
 
 void TextCache::Trim()
 {
-    const std::size_t size = m_SizeOfOthers + (m_Last ? m_Last->Size() : 0);
-    if (size < MAX_SIZE && m_Sources.size() < MAX_FACES) return;
+    if (Size() < MAX_SIZE && m_Sources.size() < MAX_FACES) return;
     m_Last = nullptr;
     m_Faces.clear();
     m_Sources.clear();

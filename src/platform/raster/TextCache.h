@@ -71,6 +71,8 @@ public:
     SizedFace& Find(const FontFace& face, int ppem);
     /// Forgets everything when it has become too much. To be called between texts.
     void Trim();
+    /// Bytes that are kept, about.
+    std::size_t Size() const { return m_SizeOfOthers + (m_Last ? m_Last->Size() : 0); }
 
 private:
     std::size_t m_SizeOfOthers = 0;

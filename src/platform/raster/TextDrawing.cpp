@@ -105,10 +105,13 @@ public:
     }
 
 private:
+    /// Nearest whole number, halves up.
     static int Whole(double v)
     {
-        constexpr double LIMIT = 2147483647.0;
-        return static_cast<int>(std::clamp(std::floor(v + 0.5), -LIMIT, LIMIT));
+        constexpr double LIMIT = 2147483646.0;
+        const double raised = std::clamp(v, -LIMIT, LIMIT) + 0.5;
+        const int whole = static_cast<int>(raised);
+        return whole > raised ? whole - 1 : whole;
     }
 
     void Fill(std::span<const CPoint> points, std::uint32_t pixel) const
@@ -136,7 +139,8 @@ private:
 
     void MixRow(std::uint32_t* pixels, const std::uint8_t* coverage, int count) const
     {
-        for (int i = 0; i < count; ++i) pixels[i] = Mixed(pixels[i], m_Pixel, coverage[i]);
+        for (int i = 0; i < count; ++i)
+            if (coverage[i] != 0) pixels[i] = Mixed(pixels[i], m_Pixel, coverage[i]);
     }
 
     /// Glyphs too large for images, without grey edges; a box where there is no font.

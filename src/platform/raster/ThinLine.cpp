@@ -60,6 +60,7 @@ CPoint ThinLine::PixelAt(std::int64_t k) const
 void ThinLine::Draw(const Canvas& canvas, Range range, std::uint32_t color) const
 {
     if (range.begin >= range.end) return;
+    if (!canvas.region && m_Length <= LineSlope::MAX_LENGTH) return DrawShort(canvas, range, color);
     CPoint p = PixelAt(range.begin);
     // Bresenham's error of the range's first pixel: 2 * minor * k - length - 2 * length * (minor gone).
     const WideInt gone = WideInt{2} * m_Length * MinorAt(range.begin);
@@ -72,5 +73,21 @@ void ThinLine::Draw(const Canvas& canvas, Range range, std::uint32_t color) cons
         if (steps) error -= 2 * m_Length;
         if (m_IsSteep || steps) p.y += m_SignY;
         if (!m_IsSteep || steps) p.x += m_SignX;
+    }
+}
+
+void ThinLine::DrawShort(const Canvas& canvas, Range range, std::uint32_t color) const
+{
+    const std::ptrdiff_t alongY = m_SignY * canvas.stride;
+    const std::ptrdiff_t major = m_IsSteep ? alongY : m_SignX;
+    const std::ptrdiff_t minor = m_IsSteep ? m_SignX : alongY;
+    const LineSlope slope(m_Minor, m_Length, m_TiesGoOn);
+    // An index, not a pointer: the start may lie outside the bitmap.
+    std::ptrdiff_t place = m_From.y * canvas.stride + m_From.x + range.begin * major;
+    std::int64_t gone = slope.first + range.begin * slope.step;
+    for (std::int64_t k = range.begin; k < range.end; ++k) {
+        canvas.pixels[place + (gone >> LineSlope::BITS) * minor] = color;
+        place += major;
+        gone += slope.step;
     }
 }

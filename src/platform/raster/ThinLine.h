@@ -33,6 +33,7 @@ private:
     /// First pixel that has gone at least that far along the minor axis; Length() when none has.
     std::int64_t FirstAt(std::int64_t minor) const;
     CPoint PixelAt(std::int64_t k) const;
+    void DrawShort(const Canvas& canvas, Range range, std::uint32_t color) const;
 
     CPoint m_From;
     std::int64_t m_Length; ///< Extent of the major axis.

@@ -1,0 +1,201 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "platform/raster/SlowRaster.h"
+
+using namespace SlowRaster;
+
+TEST(Lines, HitThePixelsOfTheRuleInAllDirectionsAndFromFarAway)
+{
+    Paper paper;
+    Points points;
+    CPen pen(PS_SOLID, 1, INK_COLOR);
+    paper.dc.SelectObject(&pen);
+    int shown = 0;
+    for (int i = 0; i < 6000; ++i) {
+        const CPoint a = points.Next(), b = points.Next();
+        Image expected = Paper::Blank();
+        Line(expected, a, b, INK);
+        paper.Clear();
+        paper.dc.MoveTo(a);
+        paper.dc.LineTo(b);
+        ASSERT_EQ(paper.Pixels(), expected) << a.x << ',' << a.y << " to " << b.x << ',' << b.y;
+        shown += expected != Paper::Blank() ? 1 : 0;
+    }
+    EXPECT_GT(shown, 2000);
+}
+
+TEST(Lines, ExcludeTheirLastPixelAndRoundHalvesToTheSmallerCoordinate)
+{
+    // dy / dx = 1/2: the middle pixel has y = 10.5, which is 10 going down and going up.
+    Paper paper;
+    paper.dc.MoveTo(5, 10);
+    paper.dc.LineTo(7, 11);
+    paper.dc.MoveTo(15, 11);
+    paper.dc.LineTo(17, 10);
+    paper.dc.MoveTo(30, 30);
+    paper.dc.LineTo(30, 30);
+    Image expected = Paper::Blank();
+    for (const CPoint p : {CPoint(5, 10), CPoint(6, 10), CPoint(15, 11), CPoint(16, 10)})
+        Put(expected, p.x, p.y, 0);
+    EXPECT_EQ(paper.Pixels(), expected);
+    EXPECT_EQ(paper.dc.GetCurrentPosition(), CPoint(30, 30));
+}
+
+namespace {
+struct DashRow {
+    int style;
+    std::vector<int> pattern;
+};
+const DashRow DASHES[] = {{PS_DASH, {18, 6}}, {PS_DOT, {3, 3}}, {PS_DASHDOT, {9, 6, 3, 6}}};
+
+bool IsOn(const std::vector<int>& pattern, std::int64_t place)
+{
+    std::int64_t period = 0;
+    for (const int length : pattern) period += length;
+    place %= period;
+    std::size_t i = 0;
+    while (place >= pattern[i]) place -= pattern[i++];
+    return i % 2 == 0;
+}
+
+/// Dashes along points whose pattern runs on, gaps in a colour or not at all.
+void DashedLine(Image& image, const std::vector<CPoint>& points, const std::vector<int>& pattern,
+                bool hasGaps)
+{
+    std::int64_t start = 0;
+    for (std::size_t i = 1; i < points.size(); ++i) {
+        ForLine(points[i - 1], points[i], [&](std::int64_t k, Exact x, Exact y) {
+            const bool isOn = IsOn(pattern, start + k);
+            if (isOn || hasGaps) Put(image, x, y, isOn ? INK : FILL);
+        });
+        start += Length(points[i - 1], points[i]);
+    }
+}
+} // namespace
+
+TEST(Lines, DashesRunOnThroughAPolylineAndGapsAreFilledInOpaqueMode)
+{
+    Paper paper;
+    Points points;
+    paper.dc.SetBkColor(FILL_COLOR);
+    for (int i = 0; i < 600; ++i) {
+        const DashRow& row = DASHES[i % 3];
+        CPen pen(row.style, i % 2, INK_COLOR);
+        paper.dc.SelectObject(&pen);
+        paper.dc.SetBkMode(i % 4 < 2 ? OPAQUE : TRANSPARENT);
+        const std::vector<CPoint> path = points.Some(2 + static_cast<std::size_t>(i) % 4);
+        Image expected = Paper::Blank();
+        DashedLine(expected, path, row.pattern, i % 4 < 2);
+        paper.Clear();
+        ASSERT_TRUE(paper.dc.Polyline(path.data(), static_cast<int>(path.size())));
+        ASSERT_EQ(paper.Pixels(), expected) << i;
+        paper.dc.SelectObject(static_cast<CPen*>(nullptr));
+    }
+}
+
+TEST(Lines, DashesStartAnewAtEachLineTo)
+{
+    Paper paper;
+    CPen pen(PS_DOT, 1, INK_COLOR);
+    paper.dc.SelectObject(&pen);
+    paper.dc.SetBkMode(TRANSPARENT);
+    paper.dc.MoveTo(2, 5);
+    paper.dc.LineTo(6, 5);
+    paper.dc.LineTo(12, 5);
+    // 4 pixels are 3 on and 1 off, then 3 on again.
+    Image expected = Paper::Blank();
+    for (const int x : {2, 3, 4, 6, 7, 8}) Put(expected, x, 5, INK);
+    EXPECT_EQ(paper.Pixels(), expected);
+}
+
+TEST(WideLines, OfWidthFourAtRow20CoverRows18To21)
+{
+    Paper paper;
+    CPen pen(PS_DASH, 4, INK_COLOR); // a wide pen of CreatePen is solid
+    paper.dc.SelectObject(&pen);
+    paper.dc.MoveTo(10, 20);
+    paper.dc.LineTo(40, 20);
+    for (int y = 0; y < HEIGHT; ++y)
+        for (int x = 10; x < 40; ++x) ASSERT_EQ(paper.At(x, y) == INK, y >= 18 && y <= 21) << x << ',' << y;
+}
+
+TEST(WideLines, CoverWhatIsNearerThanHalfTheirWidth)
+{
+    // Round caps and joins: the union of discs along the way. Pixels on its very edge are left open.
+    constexpr double EDGE = 1e-6;
+    Paper paper;
+    Points points;
+    for (int i = 0; i < 300; ++i) {
+        const int width = 2 + i % 17;
+        CPen pen(PS_SOLID, width, INK_COLOR);
+        paper.dc.SelectObject(&pen);
+        std::vector<CPoint> path = points.Some(3);
+        for (CPoint& p : path) p = {p.x % 5000, p.y % 5000};
+        paper.Clear();
+        paper.dc.Polyline(path.data(), 3);
+        for (int y = 0; y < HEIGHT; ++y)
+            for (int x = 0; x < WIDTH; ++x) {
+                double distance = 1e9;
+                for (std::size_t s = 0; s < 2; ++s) {
+                    const double ux = path[s + 1].x - path[s].x, uy = path[s + 1].y - path[s].y;
+                    const double px = x - path[s].x, py = y - path[s].y, square = ux * ux + uy * uy;
+                    const double t = square > 0 ? std::clamp((px * ux + py * uy) / square, 0.0, 1.0) : 0;
+                    distance = std::min(distance, std::hypot(px - t * ux, py - t * uy));
+                }
+                if (std::fabs(distance - width / 2.0) < EDGE) continue;
+                ASSERT_EQ(paper.At(x, y) == INK, distance < width / 2.0) << i << ": " << x << ',' << y;
+            }
+        paper.dc.SelectObject(static_cast<CPen*>(nullptr));
+    }
+}
+
+TEST(WideLines, OfAPatternAreCapsulesAlongTheTrueLengthAndRunOn)
+{
+    // 3-4-5 triangle: 10 on, 10 off from (0, 0) to (30, 40), length 50; dashes 0-10, 20-30, 40-50. Then off
+    // for 10 along the row 40, and on from x = 40.
+    Paper paper;
+    const int pattern[] = {10, 10};
+    CPen pen;
+    ASSERT_TRUE(pen.CreateGeometricPen(PS_GEOMETRIC | PS_USERSTYLE, 2, INK_COLOR, pattern, 2));
+    paper.dc.SelectObject(&pen);
+    const CPoint path[] = {{0, 0}, {30, 40}, {60, 40}};
+    paper.dc.Polyline(path, 3);
+    for (const CPoint on : {CPoint(3, 4), CPoint(15, 20), CPoint(27, 36), CPoint(45, 40)})
+        EXPECT_EQ(paper.At(on.x, on.y), INK) << on.x;
+    for (const CPoint off : {CPoint(9, 12), CPoint(21, 28), CPoint(35, 40), CPoint(56, 40)})
+        EXPECT_EQ(paper.At(off.x, off.y), PAPER) << off.x;
+}
+
+TEST(WideLines, WithDashesAcrossTheWholeOfIntShowTheSameAsNearOnes)
+{
+    // The far start lies a whole number of periods away from the near one.
+    const int pattern[] = {5, 5};
+    CPen pen;
+    ASSERT_TRUE(pen.CreateGeometricPen(PS_GEOMETRIC | PS_USERSTYLE, 3, INK_COLOR, pattern, 2));
+    Paper near, far;
+    const CPoint nearPath[] = {{-100, 20}, {200, 20}};
+    const CPoint farPath[] = {{-2000000000, 20}, {2000000000, 20}};
+    near.dc.SelectObject(&pen);
+    far.dc.SelectObject(&pen);
+    near.dc.Polyline(nearPath, 2);
+    far.dc.Polyline(farPath, 2);
+    EXPECT_EQ(near.Pixels(), far.Pixels());
+    EXPECT_NE(near.Pixels(), Paper::Blank());
+}
+
+TEST(Pens, RefuseWhatGdiRefuses)
+{
+    const int one[] = {3}, zeros[] = {0, 0}, negative[] = {3, -1}, many[17] = {1};
+    CPen pen;
+    EXPECT_FALSE(pen.CreatePen(7, 1, 0));
+    EXPECT_FALSE(pen.CreateGeometricPen(PS_GEOMETRIC | PS_USERSTYLE, 4, 0, nullptr, 0));
+    EXPECT_FALSE(pen.CreateGeometricPen(PS_GEOMETRIC | PS_USERSTYLE, 4, 0, zeros, 2));
+    EXPECT_FALSE(pen.CreateGeometricPen(PS_GEOMETRIC | PS_USERSTYLE, 4, 0, negative, 2));
+    EXPECT_FALSE(pen.CreateGeometricPen(PS_GEOMETRIC | PS_USERSTYLE, 4, 0, many, 17));
+    EXPECT_FALSE(pen.CreateGeometricPen(PS_COSMETIC | PS_USERSTYLE, 4, 0, one, 1));
+    EXPECT_FALSE(pen.IsCreated());
+    EXPECT_TRUE(pen.CreateGeometricPen(PS_GEOMETRIC | PS_USERSTYLE, 4, 0, one, 1));
+}
