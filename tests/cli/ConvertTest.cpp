@@ -167,9 +167,9 @@ TEST_F(ConvertCommand, DoneTwiceIsDoneOnce)
         Write("in.dxf", drawing);
         EXPECT_TRUE(TwiceIsOnce("in.dxf")) << drawing;
     }
-    const auto example = (TestPlaces::Source() / "examples" / "plan.dxf").string();
-    EXPECT_TRUE(TwiceIsOnce("'" + example + "'"));
-    EXPECT_TRUE(TwiceIsOnce("'" + example + "'", "--true-color"));
+    const std::string example = Quoted(TestPlaces::Source() / "examples" / "plan.dxf");
+    EXPECT_TRUE(TwiceIsOnce(example));
+    EXPECT_TRUE(TwiceIsOnce(example, "--true-color"));
 }
 
 TEST_F(ConvertCommand, DoneTwiceIsDoneOnceForEverySampleDrawing)
@@ -178,7 +178,7 @@ TEST_F(ConvertCommand, DoneTwiceIsDoneOnceForEverySampleDrawing)
     int converted = 0;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(TestPlaces::Corpus() / "dxf")) {
         if (!entry.is_regular_file()) continue;
-        const std::string file = "'" + entry.path().string() + "'";
+        const std::string file = Quoted(entry.path());
         const Outcome once = Halyard("convert " + file + " once.dxf && halyard convert once.dxf twice.dxf");
         ASSERT_TRUE(once.status == 0 || once.status == 1) << file << once.status;
         if (once.status != 0) continue;

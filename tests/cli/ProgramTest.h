@@ -67,6 +67,15 @@ protected:
     TemporaryFolder m_Folder;
 };
 
+/// A file name for a command line of the shell.
+inline std::string Quoted(const std::filesystem::path& file)
+{
+    std::string text = "'";
+    text += file.string();
+    text += "'";
+    return text;
+}
+
 /// Groups written on one line, "0 LINE|8 WALLS|10 1.5", as lines of a DXF file. A value may be empty and may
 /// hold blanks.
 inline std::string Groups(const std::string& compact, const std::string& lineEnd = "\n")

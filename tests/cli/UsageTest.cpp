@@ -76,11 +76,10 @@ TEST_F(ProgramUsage, IsCompletedByTheShell)
     Write("notes.txt", "");
     std::filesystem::create_directory(m_Folder / "sub");
     const auto complete = [&](const std::string& words) {
-        const Outcome outcome =
-            Shell("bash -c 'source \"$1\"; shift; COMP_WORDS=(\"$@\"); COMP_CWORD=$(($# - 1)); _halyard; "
-                  "printf \"%s\\n\" \"${COMPREPLY[@]}\" | sort | tr \"\\n\" \" \"' - '"
-                  + (TestPlaces::Source() / "tools" / "completion" / "halyard.bash").string() + "' halyard "
-                  + words);
+        const Outcome outcome = Shell(
+            "bash -c 'source \"$1\"; shift; COMP_WORDS=(\"$@\"); COMP_CWORD=$(($# - 1)); _halyard; "
+            "printf \"%s\\n\" \"${COMPREPLY[@]}\" | sort | tr \"\\n\" \" \"' - "
+            + Quoted(TestPlaces::Source() / "tools" / "completion" / "halyard.bash") + " halyard " + words);
         EXPECT_EQ(outcome.err, "");
         return outcome.out;
     };
