@@ -32,8 +32,9 @@ public:
     /// The pen that ExtCreatePen gives for a solid brush. `style` is PS_GEOMETRIC with PS_SOLID, PS_NULL or
     /// PS_USERSTYLE; caps and joins are round whatever its flags say. Width and the lengths of the pattern
     /// (on, off, ...) are in logical units; the pattern runs along the true length of a line. Gaps are never
-    /// painted. False, and no pen, for another style, a width below 1, or with PS_USERSTYLE when there are no
-    /// or more than MAX_PATTERN lengths, a negative one, or only zeros.
+    /// painted; a pattern whose gaps the caps close to within half a pixel draws solid. False, and no pen,
+    /// for another style, a width below 1, or with PS_USERSTYLE when there are no or more than MAX_PATTERN
+    /// lengths, a negative one, or only zeros.
     [[nodiscard]] bool CreateGeometricPen(int style, int width, unsigned long color, const int* pattern,
                                           int count);
 

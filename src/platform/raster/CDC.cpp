@@ -39,15 +39,28 @@ void AddDash(Stroke& stroke, double length)
     stroke.period += length;
 }
 
+/// Whether round caps close a gap so far that less than half a pixel of it is left: for the radius r of the
+/// caps, r - sqrt(r^2 - gap^2 / 4) < 1/2.
+bool IsClosedByCaps(double gap, double width)
+{
+    return gap * gap < 2 * width - 1;
+}
+
 /// The lengths of a geometric pen on the device. An odd number of them is taken twice: on and off change
-/// places.
+/// places. Without a gap that shows there is no pattern.
 void AddPattern(Stroke& stroke, std::span<const int> pattern, double scale)
 {
     constexpr double SHORTEST_PERIOD = 1;
     const int rounds = pattern.size() % 2 == 0 ? 1 : 2;
-    for (int round = 0; round < rounds; ++round)
-        for (const int length : pattern) AddDash(stroke, length * scale);
-    if (stroke.period < SHORTEST_PERIOD) stroke.patternCount = 0;
+    bool hasGaps = false;
+    for (int round = 0; round < rounds; ++round) {
+        for (const int length : pattern) {
+            const bool isGap = stroke.patternCount % 2 != 0;
+            hasGaps = hasGaps || (isGap && !IsClosedByCaps(length * scale, stroke.width));
+            AddDash(stroke, length * scale);
+        }
+    }
+    if (!hasGaps || stroke.period < SHORTEST_PERIOD) stroke.patternCount = 0;
 }
 
 /// Points of an operation on the device. Throws std::bad_alloc.

@@ -27,7 +27,7 @@ TEST(Polygons, FillThePixelsOfTheRuleUnderBothFillModes)
         const int mode = i % 2 == 0 ? ALTERNATE : WINDING;
         // From triangles to more crossings of a row than are worth sorting.
         const std::vector<CPoint> polygon =
-            points.Some(i % 50 == 0 ? 150 : 3 + static_cast<std::size_t>(i) % 7);
+            points.Some(i % 25 == 0 ? 150 : 3 + static_cast<std::size_t>(i) % 7);
         Image expected = Paper::Blank();
         SlowRaster::Polygon(expected, polygon, mode, FILL);
         paper.Clear();

@@ -44,6 +44,34 @@ TEST(Lines, ExcludeTheirLastPixelAndRoundHalvesToTheSmallerCoordinate)
     EXPECT_EQ(paper.dc.GetCurrentPosition(), CPoint(30, 30));
 }
 
+TEST(Lines, RoundHalvesTheSameWayHoweverLongAndClipped)
+{
+    // Slopes whose lines pass half-way between pixels again and again, through (30, 20) in all eight
+    // directions.
+    constexpr int SLOPES[][2] = {{2, 1}, {4, 3}, {8, 1}, {6, 5}};
+    const std::vector<CPoint> triangle = {{1, 2}, {55, 5}, {20, 45}};
+    for (int i = 0; i < 4 * 8 * 3; ++i) {
+        const int* slope = SLOPES[i % 4];
+        const int reach = i / 32 == 0 ? 3 : i / 32 == 1 ? 20000 : 100000000;
+        const bool isSteep = (i / 4 & 1) != 0;
+        const int dx = slope[isSteep ? 1 : 0] * reach * ((i / 8 & 1) != 0 ? -1 : 1);
+        const int dy = slope[isSteep ? 0 : 1] * reach * ((i / 16 & 1) != 0 ? -1 : 1);
+        Image expected = Paper::Blank();
+        Line(expected, {30 - dx, 20 - dy}, {30 + dx, 20 + dy}, 0);
+        Paper free, clipped;
+        clipped.dc.SetClipPolygon(triangle.data(), 3);
+        for (CDC* dc : {&free.dc, &clipped.dc}) {
+            dc->MoveTo(30 - dx, 20 - dy);
+            dc->LineTo(30 + dx, 20 + dy);
+        }
+        ASSERT_EQ(free.Pixels(), expected) << i;
+        for (int y = 0; y < HEIGHT; ++y)
+            for (int x = 0; x < WIDTH; ++x)
+                if (!IsInside(triangle, ALTERNATE, x, y)) Put(expected, x, y, PAPER);
+        ASSERT_EQ(clipped.Pixels(), expected) << i;
+    }
+}
+
 namespace {
 struct DashRow {
     int style;
@@ -155,17 +183,18 @@ TEST(WideLines, CoverWhatIsNearerThanHalfTheirWidth)
 TEST(WideLines, OfAPatternAreCapsulesAlongTheTrueLengthAndRunOn)
 {
     // 3-4-5 triangle: 10 on, 10 off from (0, 0) to (30, 40), length 50; dashes 0-10, 20-30, 40-50. Then off
-    // for 10 along the row 40, and on from x = 40.
+    // for 10 along the row 40, and on for 5 more to the corner, 5 up from it, off to y = 25, on to y = 15.
     Paper paper;
     const int pattern[] = {10, 10};
     CPen pen;
     ASSERT_TRUE(pen.CreateGeometricPen(PS_GEOMETRIC | PS_USERSTYLE, 2, INK_COLOR, pattern, 2));
     paper.dc.SelectObject(&pen);
-    const CPoint path[] = {{0, 0}, {30, 40}, {60, 40}};
-    paper.dc.Polyline(path, 3);
-    for (const CPoint on : {CPoint(3, 4), CPoint(15, 20), CPoint(27, 36), CPoint(45, 40)})
+    const CPoint path[] = {{0, 0}, {30, 40}, {45, 40}, {45, 15}};
+    paper.dc.Polyline(path, 4);
+    for (const CPoint on :
+         {CPoint(3, 4), CPoint(15, 20), CPoint(27, 36), CPoint(43, 40), CPoint(45, 37), CPoint(45, 20)})
         EXPECT_EQ(paper.At(on.x, on.y), INK) << on.x;
-    for (const CPoint off : {CPoint(9, 12), CPoint(21, 28), CPoint(35, 40), CPoint(56, 40)})
+    for (const CPoint off : {CPoint(9, 12), CPoint(21, 28), CPoint(35, 40), CPoint(45, 30)})
         EXPECT_EQ(paper.At(off.x, off.y), PAPER) << off.x;
 }
 
