@@ -239,9 +239,9 @@ void CDC::ResetClip()
 
 bool CDC::HasThinSolidPen() const
 {
-    const CPen& pen = PenOf(m_Pen);
-    if (pen.IsGeometric() || (pen.Style() != PS_SOLID && pen.Style() != PS_INSIDEFRAME)) return false;
-    return pen.Width() <= 1 || pen.Width() * m_Mapping.ScaleX() < 1.5;
+    if (!m_Pen) return true;
+    if (m_Pen->IsGeometric() || (m_Pen->Style() != PS_SOLID && m_Pen->Style() != PS_INSIDEFRAME)) return false;
+    return m_Pen->Width() <= 1 || m_Pen->Width() * m_Mapping.ScaleX() < 1.5;
 }
 
 Stroke CDC::MakeStroke() const
@@ -272,7 +272,7 @@ bool CDC::LineTo(int x, int y)
     const CPoint to = m_Mapping.ToDevice({x, y});
     const Canvas canvas = MakeCanvas();
     if (HasThinSolidPen()) {
-        DrawSolidLine(canvas, from, to, PixelOf(PenOf(m_Pen).Color()));
+        DrawSolidLine(canvas, from, to, PixelOf(m_Pen ? m_Pen->Color() : 0));
         return true;
     }
     const Stroke stroke = MakeStroke();
