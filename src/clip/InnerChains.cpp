@@ -33,10 +33,7 @@ void InnerChains::Straight(const P& a, SegmentCut::Code codeA, const P& b, Segme
     SegmentCut::Stretch inside;
     if (!m_Cut.Straight(a, codeA, b, codeB, inside)) return;
     const Vector2D<double> direction(b.X() / 2 - a.X() / 2, b.Y() / 2 - a.Y() / 2);
-    if (codeA != 0)
-        Enter(m_Cut.PointAt(a, b, inside.from), direction);
-    else
-        m_Points.back().B(0);
+    if (codeA != 0) Enter(m_Cut.PointAt(a, b, inside.from), direction);
     if (codeB != 0)
         Leave(m_Cut.PointAt(a, b, inside.to), -direction);
     else

@@ -259,7 +259,10 @@ ClipResult CutOutline(const Extents2D<double>& window, const std::vector<P3>& ri
     if (!std::all_of(ring.begin(), ring.end(), IsFinite)) {
         std::vector<P3> finite;
         std::copy_if(ring.begin(), ring.end(), std::back_inserter(finite), IsFinite);
-        return finite.empty() ? Outside : CutOutline(window, finite, pieces);
+        if (finite.empty()) return Outside;
+        const ClipResult result = CutOutline(window, finite, pieces);
+        if (result == Inside) pieces.emplace_back(std::move(finite));
+        return result == Inside ? Clipped : result;
     }
 
     const InnerChains chains(window, ring);

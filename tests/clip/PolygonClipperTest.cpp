@@ -248,6 +248,12 @@ const Row ROWS[] = {
      {{8, 0, 24}, {8, -2, 22}, {12, -2, 34}, {12, 8, 44}},
      GTL::Clipped,
      {{{8, 0, 24}, {10, 0, 30}, {10, 4, 34}}}},
+    // The edge from (13, -3) comes in at the corner (10, 0), 3 of 5 parts up from 1 to 5; the plane is
+    // elsewhere.
+    {"coming in at a corner, ring not plane",
+     {{8, 2, 5}, {8, -2, 9}, {9, -5, 40}, {13, -3, 1}},
+     GTL::Clipped,
+     {{{8, 2, 5}, {8, 0, 7}, {10, 0, 3.4}}}},
     {"back and forth across the border", {{8, 3, 0}, {12, 3, 0}}, GTL::Clipped, {{{8, 3, 0}, {10, 3, 0}}}},
     {"repeated vertices",
      {{8, 1, 0}, {8, 1, 0}, {12, 1, 0}, {12, 1, 0}, {8, 5, 0}, {8, 5, 0}},

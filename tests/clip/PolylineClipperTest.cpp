@@ -100,6 +100,11 @@ const Row ROWS[] = {
      {{11, 1, 0, -1}, {11, 5, 6}},
      GTL::Clipped,
      {{{10, 3 - ROOT3, 1, -1 / ROOT3}, {10, 3 + ROOT3, 5}}}},
+    // Half a circle about (12, 3) whose leftmost point misses x = 10 by less than the tolerance of 1e-9.
+    {"an arc that comes near the border",
+     {{12, 1 + 1e-10, 0, -1}, {12, 5 - 1e-10, 0}, {12, 7, 0}, {5, 7, 0}},
+     GTL::Outside,
+     {}},
     {"not a number between",
      {{1, 1, 0}, {2, 1, 0}, {NAN_, 1, 0}, {4, 1, 0}, {5, 1, 0}, {5, -1, 0}},
      GTL::Clipped,
