@@ -62,8 +62,9 @@ public:
     /// Above 0 the writer adds true colours (code 420) beside colour indices. 0 when new.
     void SetExportMode(int mode) { m_ExportMode = mode; }
     /// When set, layers that reading creates inside a block take the attributes of the document's layer of that name, so
-    /// that entities without a colour, style or width of their own get those of the drawing's layer table. Off when new:
-    /// a block's own drawing then knows nothing of the document's layers.
+    /// that entities without a colour, style or width of their own get those of the drawing's layer table; on a block's
+    /// layer "0" they get the marks of DXFLayer::COLOR_OF_INSERT and its like, which InsertExploder replaces. Off when
+    /// new: a block's own drawing then knows nothing of the document's layers.
     void SetBlocksUseDocumentLayers(bool use) { m_BlocksUseDocumentLayers = use; }
 
     /// About the last reading.

@@ -46,6 +46,14 @@ ErrorString LineError(int line, Message what)
     return error;
 }
 
+/// Entities on layer "0" of a block look as the layer that it is inserted on.
+void LeaveToInsert(DXFLayer& layer)
+{
+    layer.SetColor(DXFLayer::COLOR_OF_INSERT);
+    layer.SetWidth(DXFLayer::WIDTH_OF_INSERT);
+    layer.SetStyle(static_cast<LineInfo::LINESTYLE>(DXFLayer::STYLE_OF_INSERT));
+}
+
 /// Clears the whole document, or the contents of its layers.
 void ClearDocument(DXF& document, bool all)
 {
@@ -314,6 +322,7 @@ ErrorString DXFFile::ReadBlock(DXF& document)
     block->SetBlockTypeFlag(ParseInt(m_Reader->First(70)));
     block->SetXref(Widen(m_Reader->First(1)));
     DXF* inner = block->GetDXF();
+    if (m_BlocksUseDocumentLayers) LeaveToInsert(*(*inner)[L"0"]);
     while (!m_ReadState->Stopped()) {
         if (ErrorString read = ReadNextGroup(); !read) return read;
         if (m_Reader->Name() == "ENDBLK") break;

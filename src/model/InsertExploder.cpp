@@ -5,6 +5,7 @@
 #include "model/DXFWriter.h"
 #include "model/InsertBlocks.h"
 #include "model/InsertPlacement.h"
+#include "model/TextEntity.h"
 
 #include <limits>
 #include <memory>
@@ -96,6 +97,7 @@ private:
     std::uint64_t ShowCells(const InsertPlacement& placement, InsertBlocks::Block& block, const Place& place);
     void ShowContents(InsertBlocks::Block& block, const Map& map, const Place& place);
     void Make(const DXFEntity& entity, const Map& map, DXFLayer* layer);
+    static void TakeAttributes(DXFEntity& entity, const DXFLayer& layer);
     DXFLayer* TargetOf(InsertBlocks::Layer& layer, DXFLayer* inherited);
     std::unique_ptr<DXFEntity> Image(const DXFEntity& entity, const Map& map);
     bool GoesOn();
@@ -235,8 +237,26 @@ void Explosion::Make(const DXFEntity& entity, const Map& map, DXFLayer* layer)
     }
     std::unique_ptr<DXFEntity> image = Image(entity, map);
     if (!image) return;
+    TakeAttributes(*image, *layer);
     m_Made.push_back({std::move(image), layer});
     ++m_Report.entities;
+}
+
+/// Gives an entity what it leaves to the layer that its block is inserted on.
+void Explosion::TakeAttributes(DXFEntity& entity, const DXFLayer& layer)
+{
+    if (entity.Color() == DXFLayer::COLOR_OF_INSERT) {
+        entity.SetColor(layer.Color());
+        if (auto* text = dynamic_cast<TextEntity*>(&entity)) {
+            TextInfo info = text->GetTextInfo();
+            info.SetColor(layer.Color());
+            text->SetTextInfo(info);
+        }
+    }
+    auto* line = dynamic_cast<DXFLineBase*>(&entity);
+    if (!line) return;
+    if (line->Style() == DXFLayer::STYLE_OF_INSERT) line->SetStyle(layer.Style());
+    if (line->Width() == DXFLayer::WIDTH_OF_INSERT) line->SetWidth(layer.Width());
 }
 
 std::unique_ptr<DXFEntity> Explosion::Image(const DXFEntity& entity, const Map& map)

@@ -9,6 +9,7 @@
 #include "model/DXFMText.h"
 #include "model/DXFPolygon.h"
 #include "model/DXFText.h"
+#include "model/InsertExploder.h"
 
 #include <memory>
 
@@ -349,6 +350,24 @@ TEST(DXFRead, FillsBlocksAndGivesInsertsTheDocument)
     Reading resolved(text, true, true);
     EXPECT_EQ(colorIn(resolved.document), 0x00FF00UL);
     EXPECT_EQ((*resolved.document.GetBlock(L"Door")->GetDXF())[L"W"]->Width(), 0.7F);
+}
+
+TEST(DXFRead, LeavesWhatIsOnLayerZeroOfABlockToTheInsert)
+{
+    const std::string text = Pairs("0 LAYER|2 A|62 1|6 DOT|370 50|0 SECTION|2 BLOCKS|0 BLOCK|8 0|2 Inner|10 0|20 0"
+                                   "|0 LINE|8 0|10 0|20 0|11 1|21 1|0 TEXT|8 0|10 0|20 0|40 1|1 t|0 ENDBLK"
+                                   "|0 BLOCK|8 0|2 Outer|10 0|20 0|0 INSERT|8 0|2 Inner|10 0|20 0"
+                                   "|0 LINE|8 0|62 5|6 DASHED|370 25|10 0|20 0|11 1|21 1|0 ENDBLK|0 ENDSEC")
+                             + Entities("0 INSERT|8 A|2 Outer|10 5|20 6");
+    Reading reading(text, true, true);
+    EXPECT_EQ(InsertExploder().Explode(reading.document, GO).entities, 3U);
+    const DXFLayer& layer = *std::as_const(reading.document)[L"A"];
+    ASSERT_EQ(layer.NumEntities(), 3U);
+    const auto* left = dynamic_cast<const DXFLine*>(layer[0]);
+    const auto* own = dynamic_cast<const DXFLine*>(layer[2]);
+    EXPECT_EQ(left->GetInfo(), LineInfo(LineInfo::DOT, 0.5F, 0x0000FF));
+    EXPECT_EQ(dynamic_cast<const DXFText*>(layer[1])->GetTextInfo().Color(), 0x0000FFUL);
+    EXPECT_EQ(own->GetInfo(), LineInfo(LineInfo::DASHED, 0.25F, 0xFF0000));
 }
 
 TEST(DXFRead, EndsBlocksSectionsThatNestWithoutEnd)
