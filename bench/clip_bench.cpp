@@ -58,6 +58,20 @@ std::unique_ptr<Shape> MakeShape(std::mt19937& random, int vertices)
     return shape;
 }
 
+/// A chain that wanders through the drawing in steps of 2 % of its size: most of them cross the window.
+std::unique_ptr<DXFEntity> MakeWalk(std::mt19937& random, int vertices)
+{
+    auto walk = std::make_unique<DXFPolyline>();
+    double x = Uniform(random, 0, SIZE);
+    double y = Uniform(random, 0, SIZE);
+    for (int i = 0; i < vertices; ++i) {
+        walk->PushBack(x, y);
+        x += Uniform(random, -SIZE, SIZE) * 0.04;
+        y += Uniform(random, -SIZE, SIZE) * 0.04;
+    }
+    return walk;
+}
+
 std::unique_ptr<DXFEntity> MakeEntity(const char* kind, std::mt19937& random)
 {
     const double x = Uniform(random, 0, SIZE);
@@ -70,6 +84,8 @@ std::unique_ptr<DXFEntity> MakeEntity(const char* kind, std::mt19937& random)
     }
     case 'c':
         return std::make_unique<DXFCircle>(P3(x, y, 0), SIZE * 0.01);
+    case 'w':
+        return MakeWalk(random, 64);
     case 'p':
         return MakeShape<DXFPolyline>(random, 64);
     default:
@@ -201,6 +217,9 @@ BENCHMARK_CAPTURE(ClipBareLines, bare, MILLION)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(ClipDocument, polylines_to_a_quarter, "polylines", TENTH, Quarter(), false)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(ClipBareChains, bare_polylines, "polylines", TENTH, 64)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(ClipDocument, walks_to_a_quarter, "walks", TENTH, Quarter(), false)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(ClipBareChains, bare_walks, "walks", TENTH, 64)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(ClipDocument, polygons_to_a_quarter, "gons", TENTH, Quarter(), false)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(ClipBareChains, bare_polygons, "gons", TENTH, 32)->Unit(benchmark::kMillisecond);

@@ -142,6 +142,7 @@ DXFEntity* MakeEntity(Bytes& bytes)
 /// Aborts on what must not remain of a clipped drawing.
 class Check : public DXFWriter {
 public:
+    using DXFWriter::Write;
     explicit Check(const DXFClipContext& window) : m_Window(window) {}
 
     void Write(const DXFInsert&) override { std::abort(); }

@@ -2,7 +2,8 @@
 
 #include "clip/SegmentCut.h"
 
-#include <algorithm>
+#include <array>
+#include <memory_resource>
 
 namespace GTL {
 namespace {
@@ -20,8 +21,7 @@ public:
 
     void Walk(const std::vector<P3>& vertices)
     {
-        constexpr std::size_t RESERVED = 1024;
-        m_Run.reserve(std::min(vertices.size() + 2, RESERVED));
+        m_Run.reserve(SHORT_RUN);
         Code codeA = m_Cut.CodeOf(vertices.front());
         if (codeA == 0) m_Run.push_back(vertices.front());
         for (std::size_t i = 1; i < vertices.size(); ++i) {
@@ -89,13 +89,21 @@ private:
 
     void End()
     {
-        if (m_Run.size() > 1) m_Runs.emplace_back(std::vector<P3>(m_Run));
+        constexpr std::size_t USUAL_RUNS = 4;
+        if (m_Run.size() > 1) {
+            if (m_Runs.empty()) m_Runs.reserve(USUAL_RUNS);
+            m_Runs.emplace_back(std::vector<P3>(m_Run.begin(), m_Run.end()));
+        }
         m_Run.clear();
     }
 
     SegmentCut m_Cut;
     std::vector<Polyline<P3>>& m_Runs;
-    std::vector<P3> m_Run;
+    // Runs of ordinary length are gathered without asking for memory.
+    static constexpr std::size_t SHORT_RUN = 128;
+    alignas(P3) std::array<std::byte, SHORT_RUN * sizeof(P3)> m_Buffer;
+    std::pmr::monotonic_buffer_resource m_Memory{m_Buffer.data(), m_Buffer.size()};
+    std::pmr::vector<P3> m_Run{&m_Memory};
 };
 
 } // namespace
