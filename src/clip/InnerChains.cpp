@@ -3,10 +3,17 @@
 #include <algorithm>
 
 namespace GTL {
+namespace {
+
+/// A ring of many vertices may have few within the window.
+constexpr std::size_t LARGEST_RESERVE = 1024;
+
+} // namespace
 
 InnerChains::InnerChains(const Extents2D<double>& window, const std::vector<P>& ring)
     : m_Window(window), m_Cut(window, SegmentCut::Border::EXCLUDED)
 {
+    m_Points.reserve(std::min(ring.size() + 2, LARGEST_RESERVE));
     const SegmentCut::Code first = m_Cut.CodeOf(ring.front());
     if (first == 0) {
         m_Chains.emplace_back();

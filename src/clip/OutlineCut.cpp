@@ -196,6 +196,7 @@ private:
             Link& link = m_Links[chain];
             link.followed = true;
             const InnerChain& points = m_Chains.Chains()[chain];
+            if (m_Outline.empty()) m_Outline.reserve(points.end - points.begin + SIDES);
             for (std::size_t i = points.begin; i < points.end; ++i) Append(m_Chains.Points()[i]);
             const P3& exit = m_Chains.Points()[points.end - 1];
             const P3& entry = m_Chains.Points()[m_Chains.Chains()[link.next].begin];
@@ -232,8 +233,8 @@ private:
         while (m_Outline.size() > 1 && InOnePlace(m_Outline.back(), m_Outline.front())
                && m_Outline.back().Z() == m_Outline.front().Z())
             m_Outline.pop_back();
-        if (m_Outline.size() > 1) pieces.emplace_back(std::vector<P3>(m_Outline));
-        m_Outline.clear();
+        if (m_Outline.size() > 1) pieces.emplace_back(std::move(m_Outline));
+        m_Outline = {};
     }
 
     const Extents2D<double>& m_Window;
