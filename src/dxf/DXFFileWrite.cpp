@@ -2,6 +2,7 @@
 
 #include "dxf/FixedGroup.h"
 #include "dxf/WriterText.h"
+#include "model/FetchAhead.h"
 #include "platform/FilePath.h"
 #include "support/NumberText.h"
 
@@ -112,6 +113,7 @@ void DXFFile::WriteEntities(const DXF& document, const std::atomic<bool>& keepGo
         SetCurrentLayer(layer.Name());
         const std::size_t count = layer.NumEntities();
         for (std::size_t k = 0; k < count && keepGoing.load(std::memory_order_relaxed); ++k) {
+            FetchAhead(layer, k, count);
             WriteEntity(*layer[k]);
             if (++written % PROGRESS_STEP == 0) m_Done.store(written, std::memory_order_relaxed);
         }

@@ -3,6 +3,7 @@
 #include "dxf/FixedGroup.h"
 #include "dxf/WriterText.h"
 #include "model/DXFImage.h"
+#include "model/FetchAhead.h"
 
 #include <cwchar>
 #include <unordered_map>
@@ -62,8 +63,10 @@ void DXFFile::PrepareImages(const DXF& document)
     std::uint64_t count = 0;
     for (std::size_t i = 0; i < document.NumLayers(); ++i) {
         const DXFLayer& layer = *document[i];
-        count += layer.NumEntities();
-        for (std::size_t k = 0; k < layer.NumEntities(); ++k) {
+        const std::size_t entities = layer.NumEntities();
+        count += entities;
+        for (std::size_t k = 0; k < entities; ++k) {
+            FetchAhead(layer, k, entities, sizeof(DXFEntity));
             DXFImage* image = ImageOf(*layer[k]);
             if (!image) continue;
             if (image->LayerName() != layer.Name()) image->SetLayerName(layer.Name());

@@ -1,6 +1,7 @@
 #include "model/DXFLayer.h"
 
 #include "model/DXF.h"
+#include "model/FetchAhead.h"
 #include "support/LineStyle.h"
 
 #include <algorithm>
@@ -111,16 +112,21 @@ void DXFLayer::Draw(DXFWriter& writer, const GTL::Extents2D<double>& view,
     const bool misses = box.MinX() > view.MaxX() || view.MinX() > box.MaxX() || box.MinY() > view.MaxY()
                         || view.MinY() > box.MaxY();
     if (!box.IsValid() || misses) return;
-    for (const DXFEntity* entity : Queue()) {
-        if (!keepGoing) return;
-        entity->Write(writer);
+    const Entities& queue = Queue();
+    for (std::size_t i = 0; i < queue.size() && keepGoing; ++i) {
+        FetchAhead(queue, i, queue.size());
+        queue[i]->Write(writer);
     }
 }
 
 const GTL::Extents3D<double>& DXFLayer::Extents() const
 {
     if (m_Extents.IsValid()) return m_Extents;
-    for (const DXFEntity* entity : Queue()) m_Extents.Update(entity->Extents());
+    const Entities& queue = Queue();
+    for (std::size_t i = 0; i < queue.size(); ++i) {
+        FetchAhead(queue, i, queue.size());
+        m_Extents.Update(queue[i]->Extents());
+    }
     return m_Extents;
 }
 
@@ -217,7 +223,11 @@ void DXFLayer::MakePrivate()
 {
     if (m_ShareCount && *m_ShareCount < 2) return;
     auto* copies = new Entities;
-    for (const DXFEntity* entity : Queue()) copies->push_back(entity->Copy());
+    const Entities& queue = Queue();
+    for (std::size_t i = 0; i < queue.size(); ++i) {
+        FetchAhead(queue, i, queue.size());
+        copies->push_back(queue[i]->Copy());
+    }
     ReleaseEntities();
     m_Entities = copies;
     m_ShareCount = new unsigned int(1);
@@ -226,7 +236,10 @@ void DXFLayer::MakePrivate()
 void DXFLayer::ReleaseEntities()
 {
     if (m_ShareCount && --*m_ShareCount == 0) {
-        for (const DXFEntity* entity : *m_Entities) delete entity;
+        for (std::size_t i = 0; i < m_Entities->size(); ++i) {
+            FetchAhead(*m_Entities, i, m_Entities->size());
+            delete (*m_Entities)[i];
+        }
         delete m_Entities;
         delete m_ShareCount;
     }
@@ -242,9 +255,9 @@ void DXFLayer::Touch()
 void DXFLayer::TransformAll(const Map& t, const std::atomic<bool>* keepGoing)
 {
     MakePrivate();
-    for (DXFEntity* entity : *m_Entities) {
-        if (keepGoing && !*keepGoing) break;
-        entity->Transform(t);
+    for (std::size_t i = 0; i < m_Entities->size() && (!keepGoing || *keepGoing); ++i) {
+        FetchAhead(*m_Entities, i, m_Entities->size());
+        (*m_Entities)[i]->Transform(t);
     }
     m_Extents.Transform(t);
     Touch();
