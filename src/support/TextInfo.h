@@ -9,7 +9,7 @@
 class HALYARD_API TextInfo {
 public:
     /// Which point of the text's rectangle lies on its position.
-    enum JUSTIFICATION {
+    enum JUSTIFICATION : int {
         BOTTOM_LEFT = 0,
         BOTTOM_CENTER = 1,
         BOTTOM_RIGHT = 2,
@@ -24,7 +24,7 @@ public:
         BASELINE_RIGHT = 11,
     };
     /// Bits of the style.
-    enum STYLE { REGULAR = 0, BOLD = 1, ITALIC = 2, UNDERLINE = 4 };
+    enum STYLE : int { REGULAR = 0, BOLD = 1, ITALIC = 2, UNDERLINE = 4 };
 
     TextInfo() = default;
     TextInfo(const TextInfo&) = default;
