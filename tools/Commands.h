@@ -13,6 +13,7 @@ using AddCommand = void (*)(CLI::App& program, int& status);
 void AddInfo(CLI::App& program, int& status);
 void AddDump(CLI::App& program, int& status);
 void AddConvert(CLI::App& program, int& status);
+void AddRender(CLI::App& program, int& status);
 
 /// All commands, in the order of the help text.
-inline constexpr std::array<AddCommand, 3> COMMANDS = {AddInfo, AddDump, AddConvert};
+inline constexpr std::array<AddCommand, 4> COMMANDS = {AddInfo, AddDump, AddConvert, AddRender};

@@ -7,7 +7,11 @@
 /// renamed at the end. Until then, and for ever when Commit is not reached, the target stays as it was.
 class SafeOutput {
 public:
-    explicit SafeOutput(const std::wstring& target) : m_Target(target) {}
+    /// The suffix is that of the name to write under, for writers that go by it.
+    explicit SafeOutput(const std::wstring& target, const std::wstring& suffix = L".tmp")
+        : m_Target(target), m_Suffix(suffix)
+    {
+    }
     /// Removes what was not committed.
     ~SafeOutput();
     SafeOutput(const SafeOutput&) = delete;
@@ -24,5 +28,6 @@ public:
 
 private:
     std::wstring m_Target;
+    std::wstring m_Suffix;
     std::wstring m_Temporary;
 };
