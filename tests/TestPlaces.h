@@ -25,6 +25,12 @@ inline std::filesystem::path Program()
     return FromEnvironment("HALYARD_PROGRAM", HALYARD_TEST_PROGRAM);
 }
 
+/// The stand-in for the vendor's library that reads SketchUp files.
+inline std::filesystem::path SketchUpLibrary()
+{
+    return FromEnvironment("HALYARD_TEST_SKETCHUP_LIBRARY", HALYARD_TEST_SKETCHUP);
+}
+
 /// The folder of sample files from public projects; it need not exist (see SKIP_WITHOUT_CORPUS).
 inline std::filesystem::path Corpus()
 {
