@@ -112,6 +112,14 @@ private:
         static_assert(sizeof(P3) == POINT_SIZE);
         Bytes(&point, POINT_SIZE);
     }
+    /// What is no character becomes U+FFFD; halves of pairs stay.
+    static unsigned long Character(wchar_t c)
+    {
+        constexpr unsigned long REPLACEMENT = 0xFFFD;
+        const auto code = static_cast<unsigned long>(c);
+        if (WIDE_IS_UTF16) return code & 0xFFFF;
+        return code <= LAST_CHARACTER ? code : REPLACEMENT;
+    }
     void Unit(unsigned long unit)
     {
         const auto narrow = static_cast<char16_t>(unit);
@@ -121,12 +129,21 @@ private:
     void Count(std::size_t count) { Add(static_cast<std::int32_t>(count)); }
     void Add(const std::wstring_view& text)
     {
-        constexpr unsigned long REPLACEMENT = 0xFFFD;
-        Count(UnitsOf(text));
+        const std::size_t units = UnitsOf(text);
+        Count(units);
+        const bool hasPairs = units != text.size();
+        if (!hasPairs && units <= static_cast<std::size_t>(m_End - m_Next) / sizeof(char16_t)) {
+            char* next = m_Next;
+            for (const wchar_t c : text) {
+                const auto unit = static_cast<char16_t>(Character(c));
+                std::memcpy(next, &unit, sizeof unit);
+                next += sizeof unit;
+            }
+            m_Next = next;
+            return;
+        }
         for (const wchar_t c : text) {
-            auto code = static_cast<unsigned long>(c);
-            if (WIDE_IS_UTF16) code &= 0xFFFF;
-            if (code > LAST_CHARACTER) code = REPLACEMENT;
+            unsigned long code = Character(c);
             if (code >= FIRST_BEYOND_16_BITS) {
                 code -= FIRST_BEYOND_16_BITS;
                 Unit(0xD800 + (code >> 10));

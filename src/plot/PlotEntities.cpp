@@ -20,6 +20,8 @@ using PlotRecords::P2;
 using PlotRecords::P3;
 using PlotRecords::Viewed;
 
+const std::atomic<bool> ALWAYS{true};
+
 P3 AsPoint(const GTL::Vector3D<double>& v)
 {
     return {v.X(), v.Y(), v.Z()};
@@ -61,16 +63,14 @@ PlotRecords::Text<Viewed> TextOf(const TextEntity& text)
             info.Size(),    info.Style(), text.Position(),      text.Text()};
 }
 
-TextInfo InfoOf(const PlotRecords::Text<Owned>& record)
+void Give(TextInfo& info, const PlotRecords::Text<Owned>& record)
 {
-    TextInfo info;
     info.SetColor(record.color.device);
     info.SetFont(record.font);
     info.SetJustification(static_cast<TextInfo::JUSTIFICATION>(record.justification));
     info.SetRotation(Angle(record.rotation));
     info.SetSize(record.size);
     info.SetStyle(static_cast<TextInfo::STYLE>(record.style));
-    return info;
 }
 
 void Give(TextEntity& text, const PlotRecords::Text<Owned>& record, const TextInfo& info)
@@ -87,6 +87,16 @@ PlotRecords::Corners CornersOf(const Cornered& entity)
 }
 
 } // namespace
+
+/// Kept from one text to the next, so that their strings ask for memory once.
+struct PlotFile::TextScratch {
+    PlotRecords::MText<Owned> record;
+    TextInfo info;
+};
+
+PlotFile::PlotFile() : m_KeepGoing(&ALWAYS), m_Scratch(std::make_unique<TextScratch>()) {}
+
+PlotFile::~PlotFile() = default;
 
 void PlotFile::Write(const DXFSolid& solid)
 {
@@ -205,9 +215,13 @@ void PlotFile::Write(const DXFText& text)
 
 bool PlotFile::Read(DXFText* text)
 {
-    PlotRecords::Text<Owned> record;
+    PlotRecords::Text<Owned>& record = m_Scratch->record.body;
     if (!ReadRecord(record)) return false;
-    Give(*text, record, InfoOf(record));
+    TextInfo& info = m_Scratch->info;
+    Give(info, record);
+    info.SetRectWidth(0);
+    info.SetMultiLine(false);
+    Give(*text, record, info);
     return true;
 }
 
@@ -219,9 +233,10 @@ void PlotFile::Write(const DXFMText& text)
 
 bool PlotFile::Read(DXFMText* text)
 {
-    PlotRecords::MText<Owned> record;
+    PlotRecords::MText<Owned>& record = m_Scratch->record;
     if (!ReadRecord(record)) return false;
-    TextInfo info = InfoOf(record.body);
+    TextInfo& info = m_Scratch->info;
+    Give(info, record.body);
     info.SetRectWidth(record.rectWidth);
     info.SetMultiLine(record.multiLine);
     Give(*text, record.body, info);

@@ -20,13 +20,7 @@ constexpr std::string_view MAGIC("H\0A\0L\0Y\0A\0R\0D\0 \0P", 17);
 constexpr std::int32_t VERSIONS[] = {3, 4, 5, 6, 9};
 constexpr wchar_t TOO_LARGE[] = L"the drawing needs more than the 4 GB that a plot file can have";
 
-const std::atomic<bool> ALWAYS{true};
-
 } // namespace
-
-PlotFile::PlotFile() : m_KeepGoing(&ALWAYS) {}
-
-PlotFile::~PlotFile() = default;
 
 ErrorString PlotFile::Write(const std::wstring& fileName, const DXF* document)
 {
@@ -118,18 +112,12 @@ ErrorString PlotFile::Read(const std::wstring& fileName, DXF* document)
     m_Done.store(0, std::memory_order_relaxed);
     m_Total.store(input.Size(), std::memory_order_relaxed);
 
-    ErrorString result = true;
-    if (!ReadMagic()) {
-        result = ErrorString(Message::NotAPlotFile);
-    } else {
-        m_Document = m_Drawing = document;
+    m_Document = m_Drawing = document;
+    ErrorString result = ReadDocument();
+    if (input.IsStopped()) {
+        m_Ending = STOPPED;
         document->Clear();
-        m_Layer = (*document)[0ULL];
-        if (!input.Take(&m_Version, sizeof m_Version)) m_Version = 0;
-        if (std::find(std::begin(VERSIONS), std::end(VERSIONS), m_Version) != std::end(VERSIONS))
-            ReadNextGroup();
-        else
-            result = ErrorString(Message::InvalidFileVersion);
+        result = true;
     }
     m_Input = nullptr;
     m_Document = m_Drawing = nullptr;
@@ -139,10 +127,18 @@ ErrorString PlotFile::Read(const std::wstring& fileName, DXF* document)
     return result;
 }
 
-bool PlotFile::ReadMagic()
+ErrorString PlotFile::ReadDocument()
 {
-    char bytes[MAGIC.size()] = {};
-    return m_Input->Take(bytes, sizeof bytes) && MAGIC == std::string_view(bytes, sizeof bytes);
+    char magic[MAGIC.size()] = {};
+    if (!m_Input->Take(magic, sizeof magic) || MAGIC != std::string_view(magic, sizeof magic))
+        return ErrorString(Message::NotAPlotFile);
+    m_Document->Clear();
+    m_Layer = (*m_Document)[0ULL];
+    if (!m_Input->Take(&m_Version, sizeof m_Version)) m_Version = 0;
+    if (std::find(std::begin(VERSIONS), std::end(VERSIONS), m_Version) == std::end(VERSIONS))
+        return ErrorString(Message::InvalidFileVersion);
+    ReadNextGroup();
+    return true;
 }
 
 void PlotFile::ReadNextGroup()
@@ -154,11 +150,8 @@ void PlotFile::ReadNextGroup()
         if (!reader)
             ++m_UnknownRecords;
         else if (!(this->*reader)())
-            break;
+            return;
     }
-    if (!m_Input->IsStopped()) return;
-    m_Ending = STOPPED;
-    m_Document->Clear();
 }
 
 /// False where there is no further record.
@@ -181,11 +174,11 @@ bool PlotFile::ReadLayer()
     if (!ReadRecord(record)) return false;
     const HashedString<wchar_t> name(record.name);
     DXFLayer* layer = (*m_Drawing)[name];
-    const bool isZeroInItsPlace = layer && layer->NumEntities() == 0 && layer == (*m_Drawing)[0ULL];
+    const bool isZeroFromTheStart = layer && layer == (*m_Drawing)[0ULL] && layer->Name() == L"0";
     if (!layer) {
         layer = m_Drawing->AddLayer(record.name);
-    } else if (isZeroInItsPlace) {
-        // Layer "0" is there from the start, but its place in the order is that of its record.
+    } else if (isZeroFromTheStart && layer->NumEntities() == 0) {
+        // Every drawing has layer "0" from the start, but its place in the order is that of its record.
         m_Drawing->BringToFront(layer->Name());
     }
     if (!layer) {

@@ -8,6 +8,7 @@
 #include <atomic>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <string>
 
 class PlotInput;
@@ -104,7 +105,7 @@ private:
     ErrorString EndOfWriting();
 
     // Reading
-    bool ReadMagic();
+    ErrorString ReadDocument();
     void ReadNextGroup();
     bool ReadHeader(std::int32_t& kind);
     bool ReadLayer();
@@ -132,6 +133,8 @@ private:
     using RecordReader = bool (PlotFile::*)();
     static RecordReader ReaderOf(std::int32_t kind);
 
+    struct TextScratch;
+
     CRCFile m_File;
     PlotOutput* m_Output = nullptr; ///< while something is written
     PlotInput* m_Input = nullptr;   ///< while something is read
@@ -141,6 +144,7 @@ private:
     std::wstring m_Folder;          ///< of the file that is read
     std::map<std::wstring, const DXFImage*> m_Pictures; ///< an image of each file that was loaded
     const std::atomic<bool>* m_KeepGoing;
+    std::unique_ptr<TextScratch> m_Scratch;
     ENDING m_Ending = NOT_READ;
     std::int32_t m_Version = 0;
     std::uint64_t m_RecordStart = 0;
