@@ -1,4 +1,5 @@
 #include "model/DXFImage.h"
+#include "platform/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -71,13 +72,11 @@ class ImageFiles : public testing::Test {
 protected:
     void SetUp() override
     {
-        m_Folder = std::filesystem::path(testing::TempDir()) / "halyard_images";
         std::filesystem::create_directories(m_Folder / "pics" / "folder.bmp");
         WriteBitmap(m_Folder / "mark.bmp");
         WriteBitmap(m_Folder / "pics" / "mark2.bmp");
         std::ofstream(m_Folder / "broken.bmp") << "BM nothing";
     }
-    void TearDown() override { std::filesystem::remove_all(m_Folder); }
 
     /// Three pixels wide, two high, 24 bits: a header of 54 bytes and rows padded to 12, as the format has
     /// it.
@@ -98,7 +97,8 @@ protected:
         return image;
     }
 
-    std::filesystem::path m_Folder;
+    TemporaryFolder m_Place;
+    const std::filesystem::path m_Folder = m_Place.Path();
 };
 
 TEST_F(ImageFiles, AreFoundAsNamedOrBesideTheDrawing)
@@ -123,6 +123,7 @@ TEST_F(ImageFiles, AreFoundAsNamedOrBesideTheDrawing)
         {std::wstring(L"mark.bmp\0x", 10), false},
     };
     for (const auto& row : rows) {
+        SCOPED_TRACE(testing::PrintToString(row.name));
         DXFImage image = Image();
         EXPECT_EQ(image.SetFileName(row.name), row.found);
         EXPECT_EQ(image.FileName(), row.name) << "the name stays as given";

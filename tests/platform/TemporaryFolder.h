@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <string>
 #include <string_view>
 
@@ -18,7 +18,7 @@ public:
         std::string name = std::string("halyard_") + test->test_suite_name() + "_" + test->name();
         for (char& c : name) c = c == '/' ? '_' : c;
         m_Path = std::filesystem::temp_directory_path()
-                 / (name + "_" + std::to_string(reinterpret_cast<std::uintptr_t>(this)));
+                 / (name + "_" + std::to_string(std::random_device()()));
         std::filesystem::remove_all(m_Path);
         std::filesystem::create_directories(m_Path);
     }
