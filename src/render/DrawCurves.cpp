@@ -21,7 +21,7 @@ using P3 = GTL::Point3D<double>;
 /// Drawing units that chords may leave their arc by, and the smallest radius that is drawn.
 constexpr double DEVIATION = 0.05;
 /// The same in pixels, for arcs by pixel.
-constexpr double PIXEL_DEVIATION = 0.25;
+constexpr double PIXEL_DEVIATION = 0.125;
 /// Radians of a chord at most, for arcs by pixel: an eighth of a turn.
 constexpr double LONGEST_CHORD = MATH::TWOPI / 8;
 

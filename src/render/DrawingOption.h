@@ -20,7 +20,7 @@ struct DrawingOption {
     /// What crosses the border of the view is drawn as far as it is visible; otherwise as the clippers have
     /// it, which leave out some stretches.
     bool visibleParts = false;
-    /// Arcs keep within a quarter of a pixel of their circle and are drawn however small; otherwise within
+    /// Arcs keep within an eighth of a pixel of their circle and are drawn however small; otherwise within
     /// 0.05 drawing units, and from a radius of 0.05 on.
     bool arcsByPixel = false;
     /// Gaps of dashed thin lines do not cover what lies below, and unknown line styles are solid; otherwise
@@ -29,14 +29,17 @@ struct DrawingOption {
     /// Lines of the width that layers have which state none are one pixel wide; otherwise that is a width in
     /// drawing units like any other.
     bool thinDefaultWidth = false;
+    /// Pixels that no line is wider than; 0 for no limit. (Many programs mean the width of lines on paper.)
+    int widestLine = 0;
     /// Colour word 0x00BBGGRR of what is drawn on: colours too close to it are swapped for black or white.
     std::optional<unsigned long> background;
 
     bool operator==(const DrawingOption&) const = default;
 
-    /// All of them.
+    /// All of them, lines at most 6 pixels wide.
     static DrawingOption All(unsigned long background)
     {
-        return {true, true, true, true, true, true, true, background};
+        constexpr int WIDEST_LINE = 6;
+        return {true, true, true, true, true, true, true, WIDEST_LINE, background};
     }
 };

@@ -152,17 +152,17 @@ CPoint WinDXFDrawer::ToPixel(const P2& point) const
 
 void WinDXFDrawer::Draw(const DXF& document, const std::atomic<bool>& keepGoing)
 {
-    if (!m_Option.composeInserts && !m_Option.extrusions) return document.Draw(*this, m_View, keepGoing);
+    const bool boxesDiffer = m_Option.composeInserts || m_Option.extrusions;
     for (std::size_t i = 0; i < document.NumLayers() && keepGoing; ++i) {
         const DXFLayer& layer = *document[i];
-        if (layer.IsVisible() && (!MissesView(layer.Extents()) || !MissesView(m_Boxes.Of(layer))))
+        if (!layer.IsVisible()) continue;
+        if (!MissesView(layer.Extents()) || (boxesDiffer && !MissesView(m_Boxes.Of(layer))))
             Draw(layer, keepGoing);
     }
 }
 
 void WinDXFDrawer::Draw(const DXFLayer& layer, const std::atomic<bool>& keepGoing)
 {
-    if (!m_Option.composeInserts && !m_Option.extrusions) return layer.Draw(*this, m_View, keepGoing);
     m_Layer = &layer;
     m_KeepGoing = &keepGoing;
     for (std::size_t i = 0; i < layer.NumEntities() && keepGoing; ++i) layer[i]->Write(*this);
@@ -192,18 +192,25 @@ unsigned long WinDXFDrawer::SwapIfTooClose(unsigned long color) const
 
 bool WinDXFDrawer::CreatePen(const DXFLineBase& entity)
 {
-    int style = entity.Style();
-    float width = entity.Width();
+    const Look look{entity.Color(), entity.Style(), entity.Width()};
+    if (m_IsPenOfLook && look == m_PenLook && m_Path.empty()) return true;
+    int style = look.style;
+    float width = look.width;
     if (m_Option.composeInserts && style == DXFLayer::STYLE_OF_INSERT) style = m_Look.style;
     if (m_Option.composeInserts && width == DXFLayer::WIDTH_OF_INSERT) width = m_Look.width;
     if (m_Option.openGaps && (style < LineInfo::CONTINUOUS || style > LineInfo::DASHDOT))
         style = LineInfo::CONTINUOUS;
     if (m_Option.thinDefaultWidth && width == LineInfo().Width()) width = 0;
-    return CreatePen(style, m_PixelMapper.MapX(static_cast<double>(width)), Shown(entity.Color()));
+    int pixels = m_PixelMapper.MapX(static_cast<double>(width));
+    if (m_Option.widestLine > 0) pixels = std::min(pixels, m_Option.widestLine);
+    m_IsPenOfLook = CreatePen(style, pixels, Shown(look.color));
+    m_PenLook = look;
+    return m_IsPenOfLook;
 }
 
 bool WinDXFDrawer::CreatePen(int style, int width, unsigned long color)
 {
+    m_IsPenOfLook = false;
     if (m_HasPen && style == m_PenStyle && width == m_PenWidth && color == m_PenColor) return true;
     DeselectPen();
     m_Pen.DeleteObject();
@@ -220,6 +227,7 @@ void WinDXFDrawer::DeselectPen()
 {
     if (m_HasPen) m_DC->SelectObject(m_PenBefore);
     m_HasPen = false;
+    m_IsPenOfLook = false;
 }
 
 void WinDXFDrawer::Write(const DXFPoint& point)
@@ -234,6 +242,10 @@ void WinDXFDrawer::Write(const DXFLine& line)
 {
     if (m_IsTransforming) return DrawTransformed(line);
     CreatePen(line);
+    // What is inside needs no clipper to say so, and most lines are.
+    if (m_Visible.Classify(line.Start()) == GTL::CLS::INSIDE
+        && m_Visible.Classify(line.End()) == GTL::CLS::INSIDE)
+        return DrawLine(line.Start(), line.End());
     if (m_Option.visibleParts) return DrawVisibleLine(line.Start(), line.End());
     GTL::Line<P3> cut;
     switch (GTL::LineClipper<P3>(m_Visible).Clip(line.GetLine(), cut)) {

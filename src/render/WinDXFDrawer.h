@@ -60,8 +60,9 @@ public:
     CPoint LogicToDevice(const GTL::Point3D<double>& point) const;
     const GTL::Mapper2D<double, int>& GetMapper() const { return m_PixelMapper; }
 
-    /// All visible layers in drawing order, while the flag reads true. Unlike DXF::Draw and DXFLayer::Draw
-    /// these tell the drawer which layer an insert is on, and look at the boxes that composed inserts have.
+    /// All visible layers in drawing order, or one whatever its box and visibility, while the flag reads true.
+    /// Unlike DXF::Draw and DXFLayer::Draw these tell the drawer which layer an insert is on, and the first
+    /// looks at the boxes that composed inserts have.
     void Draw(const DXF& document, const std::atomic<bool>& keepGoing);
     void Draw(const DXFLayer& layer, const std::atomic<bool>& keepGoing);
     const Report& GetReport() const { return m_Report; }
@@ -89,6 +90,8 @@ private:
         unsigned long color = 0xFFFFFF;
         int style = 0;
         float width = 0;
+
+        bool operator==(const Look&) const = default;
     };
 
     bool InitMapper(const Window& extents);
@@ -139,6 +142,8 @@ private:
     int m_PenStyle = -1;
     int m_PenWidth = -1;
     unsigned long m_PenColor = 0;
+    Look m_PenLook;             ///< of the entity that the pen was made for
+    bool m_IsPenOfLook = false; ///< the pen is still that one
     CFont m_Font;
     bool m_HasFont = false;
     TextInfo m_FontInfo;
