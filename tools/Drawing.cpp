@@ -50,7 +50,12 @@ bool Drawing::Read(const std::wstring& file, const ReadOptions& options)
     const Recognition recognition = RecognizeFile(file);
     m_Complaint = recognition.complaint;
     if (!recognition.format) return false;
+    m_Format = *recognition.format;
+    return m_Format == FORMAT::PLOT ? ReadPlot() : ReadDxf(options);
+}
 
+bool Drawing::ReadDxf(const ReadOptions& options)
+{
     DXFFile reader;
     reader.SetBlocksUseDocumentLayers(options.blocksUseLayers);
     ErrorString result = true;
@@ -58,19 +63,40 @@ bool Drawing::Read(const std::wstring& file, const ReadOptions& options)
         const Progress progress("reading", [&reader] {
             return Progress::State{reader.Done(), reader.Total()};
         });
-        result = reader.Read(file, m_Document, Interrupt::KeepGoing(), true);
+        result = reader.Read(m_File, m_Document, Interrupt::KeepGoing(), true);
     }
     if (Interrupt::IsStopped()) return false;
-    if (!result) {
-        InputFile again;
-        if (reader.Ending() == DXFFile::NOT_READ && !again.Open(file))
-            m_Complaint = again.Reason();
-        else
-            m_Complaint = L"cannot be read as a drawing: " + AsMeant(result.Text());
-        return false;
-    }
+    if (!result) return Refuse(reader.Ending() != DXFFile::NOT_READ, result.Text());
     Note(reader);
     return true;
+}
+
+bool Drawing::ReadPlot()
+{
+    PlotFile reader;
+    reader.SetKeepGoing(Interrupt::KeepGoing());
+    ErrorString result = true;
+    {
+        const Progress progress("reading", [&reader] {
+            return Progress::State{reader.Done(), reader.Total()};
+        });
+        result = reader.Read(m_File, &m_Document);
+    }
+    if (Interrupt::IsStopped()) return false;
+    if (!result) return Refuse(false, result.Text());
+    Note(reader);
+    return true;
+}
+
+/// Complains of a file that was not found any more, or with the reader's message.
+bool Drawing::Refuse(bool found, const std::wstring& message)
+{
+    InputFile again;
+    if (!found && !again.Open(m_File))
+        m_Complaint = again.Reason();
+    else
+        m_Complaint = L"cannot be read as a drawing: " + AsMeant(message);
+    return false;
 }
 
 void Drawing::Note(const DXFFile& reader)
@@ -87,6 +113,23 @@ void Drawing::Note(const DXFFile& reader)
     if (!m_Skipped.empty())
         m_Warnings.push_back(L"skipped: " + ListOf(m_Skipped)
                              + L" (kinds that Halyard does not hold, or objects that it could not read)");
+}
+
+void Drawing::Note(const PlotFile& reader)
+{
+    m_Release = std::to_wstring(reader.Version());
+    m_EndedEarly = reader.Ending() == PlotFile::EARLY || reader.Ending() == PlotFile::BAD_LAYER;
+    if (m_EndedEarly)
+        m_Warnings.push_back(L"reading ended early, at byte " + std::to_wstring(reader.EndOffset())
+                             + L"; what stands before it was kept ("
+                             + (reader.Ending() == PlotFile::EARLY ? L"the file ends within a record"
+                                                                   : L"a layer has a name that none can have")
+                             + L")");
+    if (reader.Ending() == PlotFile::END_OF_DATA)
+        m_Warnings.push_back(L"the file ends without its end mark; it may have been cut short");
+    if (reader.UnknownRecords() > 0)
+        m_Warnings.push_back(L"skipped: " + std::to_wstring(reader.UnknownRecords())
+                             + L" records of unknown kinds; what follows them may be misread");
 }
 
 void Drawing::Warn() const

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "Recognition.h"
 #include "dxf/DXFFile.h"
+#include "plot/PlotFile.h"
 
 #include <cstdint>
 #include <map>
@@ -27,9 +29,9 @@ public:
     DXF& Document() { return m_Document; }
     const DXF& Document() const { return m_Document; }
 
-    /// "dxf"
-    const char* Format() const { return "dxf"; }
-    /// As the file names it ("AC1015"); empty when it does not.
+    /// "dxf" or "plot"
+    const char* Format() const { return m_Format == FORMAT::PLOT ? "plot" : "dxf"; }
+    /// As the file names it ("AC1015"; of a plot file its version, "9"); empty when it does not.
     const std::wstring& Release() const { return m_Release; }
     /// "CRLF", "LF" or "mixed"; null when the file has no line ends.
     const char* LineEnds() const { return m_LineEnds; }
@@ -43,11 +45,16 @@ public:
     void Warn() const;
 
 private:
+    bool ReadDxf(const ReadOptions& options);
+    bool ReadPlot();
+    bool Refuse(bool found, const std::wstring& message);
     void Note(const DXFFile& reader);
+    void Note(const PlotFile& reader);
 
     std::wstring m_File;
     std::wstring m_Complaint;
     DXF m_Document;
+    FORMAT m_Format = FORMAT::DXF;
     std::wstring m_Release;
     const char* m_LineEnds = nullptr;
     std::map<std::wstring, std::uint64_t> m_Skipped;

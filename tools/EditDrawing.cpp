@@ -1,6 +1,7 @@
 #include "EditDrawing.h"
 
 #include "Interrupt.h"
+#include "PlotForm.h"
 #include "Progress.h"
 #include "Report.h"
 #include "SafeOutput.h"
@@ -32,25 +33,42 @@ void WarnOf(const InsertExploder::Report& report, const std::wstring& file)
                        + Counted(report.entities, L"entity", L"entities"));
 }
 
-/// What is done to the drawing before it is written. A complaint when the change cannot be made.
-std::optional<std::wstring> Prepare(Drawing& drawing, bool plain, const Change& change)
+void WarnOf(const PlotForm& form, const std::wstring& file)
 {
+    if (form.arcs > 0)
+        Warn(file, Counted(form.arcs, L"arc", L"arcs") + L" in polylines became chords: a plot file holds none there");
+    if (form.flattened > 0)
+        Warn(file, Counted(form.flattened, L"arc", L"arcs")
+                       + L" in polylines became straight lines: chords would have been too many");
+}
+
+bool IsPlot(const std::string& name)
+{
+    return FilePath::SameText(FilePath::Extension(FromUtf8(name)), L"plot");
+}
+
+/// What is done to the drawing before it is written. A complaint when the change cannot be made.
+std::optional<std::wstring> Prepare(Drawing& drawing, const EditOptions& options, const Change& change)
+{
+    const bool toPlot = IsPlot(options.out);
     const Progress progress("preparing", [] { return Progress::State(); });
     const std::atomic<bool>& keepGoing = Interrupt::KeepGoing();
     InsertExploder::Report report;
-    if (!plain) report = InsertExploder().Explode(drawing.Document(), keepGoing);
+    if (!options.plain && !(toPlot && options.keepsInserts)) report = InsertExploder().Explode(drawing.Document(), keepGoing);
     if (Interrupt::IsStopped()) return {};
     WarnOf(report, drawing.File());
     if (auto complaint = change(drawing)) return complaint;
-    if (!plain && !Interrupt::IsStopped()) BringToWrittenForm(drawing.Document(), keepGoing);
+    if (options.plain || Interrupt::IsStopped()) return {};
+    if (toPlot)
+        WarnOf(BringToPlotForm(drawing.Document(), keepGoing), drawing.File());
+    else
+        BringToWrittenForm(drawing.Document(), keepGoing);
     return {};
 }
 
-int WriteDrawing(Drawing& drawing, const std::wstring& out, bool trueColor)
+/// Why the file cannot be written, as a clause that follows its name.
+std::optional<std::wstring> WriteDxf(Drawing& drawing, const std::wstring& file, bool trueColor)
 {
-    SafeOutput output(out);
-    if (const auto complaint = output.Prepare()) return Fail(out, *complaint);
-
     DXFFile writer;
     writer.SetExportMode(trueColor ? 1 : 0);
     {
@@ -58,10 +76,32 @@ int WriteDrawing(Drawing& drawing, const std::wstring& out, bool trueColor)
             return Progress::State{writer.Done(), writer.Total()};
         });
         // Failures of the output, its opening included, are asked for below.
-        (void)writer.Write(output.TemporaryName(), drawing.Document(), Interrupt::KeepGoing());
+        (void)writer.Write(file, drawing.Document(), Interrupt::KeepGoing());
     }
+    if (writer.WriteFailed()) return L"cannot be written: " + writer.WriteFailReason();
+    return {};
+}
+
+std::optional<std::wstring> WritePlot(Drawing& drawing, const std::wstring& file)
+{
+    PlotFile writer;
+    writer.SetKeepGoing(Interrupt::KeepGoing());
+    const Progress progress("writing", [&writer] {
+        return Progress::State{writer.Done(), writer.Total()};
+    });
+    if (const ErrorString result = writer.Write(file, &drawing.Document()); !result)
+        return L"cannot be written: " + (writer.WriteFailed() ? writer.WriteFailReason() : result.Text());
+    return {};
+}
+
+int WriteDrawing(Drawing& drawing, const std::wstring& out, const EditOptions& options)
+{
+    SafeOutput output(out);
+    if (const auto complaint = output.Prepare()) return Fail(out, *complaint);
+    const auto failure = IsPlot(options.out) ? WritePlot(drawing, output.TemporaryName())
+                                             : WriteDxf(drawing, output.TemporaryName(), options.trueColor);
     if (Interrupt::IsStopped()) return SayStopped();
-    if (writer.WriteFailed()) return Fail(out, L"cannot be written: " + writer.WriteFailReason());
+    if (failure) return Fail(out, *failure);
     if (const auto complaint = output.Commit()) return Fail(out, *complaint);
     return EXIT_DONE;
 }
@@ -69,8 +109,8 @@ int WriteDrawing(Drawing& drawing, const std::wstring& out, bool trueColor)
 /// The kind of the file to write is that of its name.
 std::string CheckOutputName(const std::string& name)
 {
-    if (FilePath::SameText(FilePath::Extension(FromUtf8(name)), L"dxf")) return {};
-    return name + " does not end in .dxf, the only kind of file that can be written";
+    if (IsPlot(name) || FilePath::SameText(FilePath::Extension(FromUtf8(name)), L"dxf")) return {};
+    return name + " does not end in .dxf or .plot, the kinds of file that can be written";
 }
 
 } // namespace
@@ -78,13 +118,13 @@ std::string CheckOutputName(const std::string& name)
 void AddEditOptions(CLI::App& command, EditOptions& options)
 {
     command.add_option("IN", options.in, "The drawing to read")->required();
-    command.add_option("OUT", options.out, "The DXF file to write, named .dxf")
+    command.add_option("OUT", options.out, "The file to write, named .dxf or .plot")
         ->required()
         ->check(CheckOutputName);
     command.add_flag("--true-color", options.trueColor,
-                     "Write exact colours beside those of the colour table");
+                     "Write exact colours beside those of the colour table (in .plot they always are)");
     command.add_flag("--plain", options.plain,
-                     "Take the drawing as it was read: inserts lose their blocks");
+                     "Take the drawing as it was read: in .dxf inserts lose their blocks");
 }
 
 int EditDrawing(const EditOptions& options, const Change& change)
@@ -97,7 +137,7 @@ int EditDrawing(const EditOptions& options, const Change& change)
     drawing.Warn();
     if (drawing.EndedEarly() && FileSystem::SameFile(in, out))
         return Fail(out, L"is not replaced, because it could not be read to its end");
-    if (const auto complaint = Prepare(drawing, options.plain, change)) return Fail(in, *complaint);
+    if (const auto complaint = Prepare(drawing, options, change)) return Fail(in, *complaint);
     if (Interrupt::IsStopped()) return SayStopped();
-    return WriteDrawing(drawing, out, options.trueColor);
+    return WriteDrawing(drawing, out, options);
 }

@@ -17,6 +17,8 @@ struct EditOptions {
     bool trueColor = false;
     /// The drawing is taken as it was read: inserts are not exploded, and lose their blocks when written.
     bool plain = false;
+    /// The change leaves inserts what they are: where the file to write holds blocks, they stay.
+    bool keepsInserts = false;
 };
 
 /// Adds IN, OUT, --true-color and --plain.
@@ -26,6 +28,6 @@ void AddEditOptions(CLI::App& command, EditOptions& options);
 using Change = std::function<std::optional<std::wstring>(Drawing& drawing)>;
 
 /// Reads IN, explodes its inserts, makes the change, brings the drawing to the form that the written file can
-/// hold, and writes OUT beside its place before it is put there. Says what went wrong; returns the exit
+/// hold, and writes OUT, of the kind that its name says, beside its place before it is put there. Says what went wrong; returns the exit
 /// status.
 int EditDrawing(const EditOptions& options, const Change& change);

@@ -214,8 +214,10 @@ std::string InfoText(const Drawing& drawing, const Summary& summary)
 {
     std::string text = Printable(drawing.File()) + "\n";
     TextTable head({TextTable::LEFT, TextTable::LEFT});
-    head.Add({"format", "DXF, " + ReleaseName(drawing.Release())});
-    head.Add({"line ends", drawing.LineEnds() ? drawing.LineEnds() : "none"});
+    const bool isPlot = drawing.Format() == std::string_view("plot");
+    head.Add({"format", isPlot ? "plot file, version " + Printable(drawing.Release())
+                               : "DXF, " + ReleaseName(drawing.Release())});
+    if (!isPlot) head.Add({"line ends", drawing.LineEnds() ? drawing.LineEnds() : "none"});
     if (summary.extents.IsValid())
         head.Add(
             {"extents", PointText(summary.extents.MinPnt()) + " to " + PointText(summary.extents.MaxPnt())});

@@ -57,6 +57,8 @@ constexpr Signature SIGNATURES[] = {
     {"\xFE\xFF"sv, UTF_16},
 };
 
+/// Plot files begin with so much of "HALYARD PLOT FILE" in UTF-16.
+constexpr std::string_view PLOT_MAGIC("H\0A\0L\0Y\0A\0R\0D\0 \0P", 17);
 constexpr std::string_view UTF_8_MARK = "\xEF\xBB\xBF"sv;
 
 /// "BM", the size of the file, then four bytes that are reserved and 0.
@@ -133,6 +135,7 @@ Recognition RefuseUnknown(std::string_view bytes)
 Recognition Recognize(std::string_view bytes)
 {
     if (bytes.empty()) return Refuse(L"the file is empty");
+    if (bytes.starts_with(PLOT_MAGIC)) return {FORMAT::PLOT, {}};
     for (const Signature& signature : SIGNATURES)
         if (bytes.starts_with(signature.bytes)) return Refuse(signature.complaint);
     if (IsBmp(bytes)) return Refuse(L"is a BMP picture, not a drawing");

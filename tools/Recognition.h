@@ -5,7 +5,7 @@
 #include <string_view>
 
 /// Kinds of drawing files that the program reads.
-enum class FORMAT { DXF };
+enum class FORMAT { DXF, PLOT };
 
 /// What the first bytes of a file show.
 struct Recognition {

@@ -215,6 +215,16 @@ std::unique_ptr<DXFEntity> EntityPlacement::operator()(const DXFEntity& entity, 
     return std::move(m_Image);
 }
 
+std::vector<P> EntityPlacement::Chorded(const std::vector<P>& vertices, bool closed)
+{
+    return WithChords(vertices, Map(), closed, ChordCount(vertices, closed));
+}
+
+std::size_t EntityPlacement::ChordedSize(const std::vector<P>& vertices, bool closed)
+{
+    return ChordCount(vertices, closed);
+}
+
 bool EntityPlacement::TakeRoom(std::uint64_t points)
 {
     m_LackedRoom = points > m_Room;

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 class DXFLineBase;
 
@@ -39,6 +40,11 @@ public:
     bool LackedRoom() const { return m_LackedRoom; }
 
     static constexpr std::uint64_t CHARACTERS_PER_POINT = 8;
+
+    /// Vertices without bulges: in place of each arc stand chords as above. A closed chain is joined from its
+    /// last vertex to its first. The number of vertices can be asked for before they are made.
+    static std::vector<GTL::Point3D<double>> Chorded(const std::vector<GTL::Point3D<double>>& vertices, bool closed);
+    static std::size_t ChordedSize(const std::vector<GTL::Point3D<double>>& vertices, bool closed);
 
 private:
     using DXFWriter::Write;

@@ -26,6 +26,7 @@ ErrorString PlotFile::Write(const std::wstring& fileName, const DXF* document)
 {
     if (fileName.empty()) return ErrorString(Message::EmptyNameWritingPlot);
     if (!document) return false;
+    m_WriteFailReason.clear();
     if (!m_File.Open(fileName, L"wb+")) return ErrorString::LastError();
     m_Written = 0;
     m_BlocksLeftOut = 0;
@@ -58,6 +59,7 @@ ErrorString PlotFile::EndOfWriting()
     errno = 0;
     if (!m_File.Close()) m_Output->Fail(FileSystem::SystemErrorText(errno));
     if (!m_Output->Failed()) return true;
+    m_WriteFailReason = m_Output->Reason();
     return ErrorString(Message::IoError) << L" (" << m_Output->Reason() << L")";
 }
 

@@ -77,6 +77,11 @@ public:
     /// About the last writing: blocks within blocks, which have no place in the form and which no insert can show.
     std::uint64_t BlocksLeftOut() const { return m_BlocksLeftOut; }
 
+    /// About the last writing: whether the output failed (a full disk, more than 4 GB), and why in one clause. A file
+    /// that could not be opened is told by Write alone.
+    bool WriteFailed() const { return !m_WriteFailReason.empty(); }
+    const std::wstring& WriteFailReason() const { return m_WriteFailReason; }
+
     /// Work done and to do, in bytes when reading and in entities when writing. May be asked from another thread.
     std::uint64_t Done() const { return m_Done.load(std::memory_order_relaxed); }
     std::uint64_t Total() const { return m_Total.load(std::memory_order_relaxed); }
@@ -150,6 +155,7 @@ private:
     std::uint64_t m_RecordStart = 0;
     std::uint64_t m_UnknownRecords = 0;
     std::uint64_t m_BlocksLeftOut = 0;
+    std::wstring m_WriteFailReason;
     std::uint64_t m_Written = 0; ///< entities
     std::atomic<std::uint64_t> m_Done{0};
     std::atomic<std::uint64_t> m_Total{0};
