@@ -5,13 +5,20 @@
 
 using ProgramUsage = ProgramTest;
 
+namespace {
+
+/// "" stands for the program itself.
+constexpr const char* COMMANDS[] = {"", "info", "dump", "convert", "clip", "transform", "layers", "render"};
+
+} // namespace
+
 TEST_F(ProgramUsage, AnswersWrongUsageWithStatusTwo)
 {
     Write("in.dxf", Groups("0 EOF"));
     for (const char* arguments :
          {"", "nonsense", "info", "info in.dxf in.dxf", "info --nonsense in.dxf", "--json", "dump",
           "dump --json in.dxf", "convert", "convert in.dxf", "convert in.dxf out", "convert in.dxf out.png",
-          "convert in.dxf out.dxf more.dxf", "info in.dxf dump"}) {
+          "convert in.dxf out.dxf more.dxf", "info in.dxf dump", "render in.dxf out.dxf"}) {
         const Outcome outcome = Halyard(arguments);
         EXPECT_EQ(outcome.status, 2) << arguments;
         EXPECT_EQ(outcome.out, "") << arguments;
@@ -23,12 +30,13 @@ TEST_F(ProgramUsage, AnswersWrongUsageWithStatusTwo)
 
 TEST_F(ProgramUsage, HelpsWithEverything)
 {
-    for (const char* arguments : {"--help", "-h", "info --help", "dump --help", "convert --help"}) {
-        const Outcome outcome = Halyard(arguments);
-        EXPECT_EQ(outcome.status, 0) << arguments;
-        EXPECT_EQ(outcome.err, "") << arguments;
-        EXPECT_NE(outcome.out.find("--help"), std::string::npos) << arguments;
+    for (const char* command : COMMANDS) {
+        const Outcome outcome = Halyard(command + std::string(" --help"));
+        EXPECT_EQ(outcome.status, 0) << command;
+        EXPECT_EQ(outcome.err, "") << command;
+        EXPECT_NE(outcome.out.find("--help"), std::string::npos) << command;
     }
+    EXPECT_EQ(Halyard("-h").out, Halyard("--help").out);
     const Outcome version = Halyard("--version");
     EXPECT_EQ(version.status, 0);
     EXPECT_EQ(version.out.find("halyard " HALYARD_VERSION " ("), 0U) << version.out;
@@ -53,9 +61,10 @@ TEST_F(ProgramUsage, IsToldWholeByManualAndCompletion)
 {
     const std::string manual = ReadFile(TestPlaces::Source() / "docs" / "halyard.1");
     const std::string completion = ReadFile(TestPlaces::Source() / "tools" / "completion" / "halyard.bash");
-    std::set<std::string> words = {"info", "dump", "convert"};
-    for (const char* arguments : {"--help", "info --help", "dump --help", "convert --help"}) {
-        const std::string help = Halyard(arguments).out;
+    std::set<std::string> words = {""};
+    for (const char* command : COMMANDS) {
+        const std::string help = Halyard(command + std::string(" --help")).out;
+        words.insert(command);
         const std::regex option("--[a-z][a-z-]*");
         for (std::sregex_iterator at(help.begin(), help.end(), option), end; at != end; ++at)
             words.insert(at->str());
@@ -83,7 +92,7 @@ TEST_F(ProgramUsage, IsCompletedByTheShell)
         EXPECT_EQ(outcome.err, "");
         return outcome.out;
     };
-    EXPECT_EQ(complete("''"), "convert dump info ");
+    EXPECT_EQ(complete("''"), "clip convert dump info layers render transform ");
     EXPECT_EQ(complete("d"), "dump ");
     EXPECT_EQ(complete("--v"), "--version ");
     EXPECT_EQ(complete("info --j"), "--json ");

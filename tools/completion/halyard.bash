@@ -14,13 +14,17 @@ _halyard()
         '') options='--help --version' ;;
         info) options='--help --json' ;;
         convert) options='--help --plain --true-color' ;;
+        clip) options='--help --plain --true-color --window' ;;
+        transform) options='--help --layers --move --plain --rotate --scale --true-color' ;;
+        layers) options='--back --front --help --order --plain --remove --rename --true-color' ;;
+        render) options='--background --fit --help --hide --layers --plain --size --view' ;;
         *) options='--help' ;;
     esac
 
     if [[ $current == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")
     elif [[ -z $command ]]; then
-        mapfile -t COMPREPLY < <(compgen -W 'info dump convert' -- "$current")
+        mapfile -t COMPREPLY < <(compgen -W 'info dump convert clip transform layers render' -- "$current")
     else
         mapfile -t COMPREPLY < <(compgen -d -- "$current"; compgen -f -X '!*.[dD][xX][fF]' -- "$current")
     fi

@@ -1,0 +1,169 @@
+#include "cli/ProgramTest.h"
+
+#include <cmath>
+
+using nlohmann::json;
+
+namespace {
+
+constexpr char LAYERS[] = "0 TABLE|2 LAYER|0 LAYER|2 A|62 1|0 LAYER|2 B|62 3|0 LAYER|2 C|62 5|0 ENDTAB";
+
+} // namespace
+
+class EditCommands : public ProgramTest {
+protected:
+    /// The entities of what a command makes of the drawing in in.dxf.
+    std::vector<json> Edited(const std::string& arguments) const
+    {
+        const Outcome outcome = Halyard(arguments + " in.dxf out.dxf");
+        EXPECT_EQ(outcome.status, 0) << outcome.err;
+        EXPECT_EQ(outcome.out, "");
+        return Dump("out.dxf");
+    }
+
+    /// Each entity's kind and layer, in order.
+    static std::string Kinds(const std::vector<json>& entities)
+    {
+        std::string kinds;
+        for (const json& entity : entities)
+            kinds += entity["kind"].get<std::string>() + " " + entity["layer"].get<std::string>() + "; ";
+        return kinds;
+    }
+
+    std::string LayerOrder(const std::string& file) const
+    {
+        std::string names;
+        for (const json& layer : Info(file)["layers"]) names += layer["name"].get<std::string>() + " ";
+        return names;
+    }
+};
+
+using ClipCommand = EditCommands;
+
+TEST_F(ClipCommand, KeepsWhatShowsWithItsLooks)
+{
+    // The circle crosses only the upper side: the plain rules leave nothing of it. The polyline falls into
+    // two runs, of which the plain rules give the second no colour of a polygon's kind but these do.
+    Write("in.dxf",
+          Drawing("0 CIRCLE|8 A|62 5|10 5|20 10|40 2|0 LINE|8 B|62 2|10 -5|20 5|11 5|21 5|"
+                  "0 LWPOLYLINE|8 C|62 6|70 1|90 8|10 1|20 1|10 20|20 1|10 20|20 9|10 1|20 9|10 1|20 8|10 19|20 8|"
+                  "10 19|20 2|10 1|20 2|0 INSERT|8 B|2 D|10 9|20 5|0 POINT|8 B|10 20|20 20",
+                  LAYERS, "0 BLOCK|2 D|10 0|20 0|0 LINE|8 B|62 4|10 0|20 0|11 5|21 0|0 ENDBLK"));
+    const std::vector<json> entities = Edited("clip --window 10,10,0,0");
+    EXPECT_EQ(Kinds(entities), "ARC A; ARC A; LINE B; LINE B; POLYGON C; POLYGON C; ");
+    ASSERT_EQ(entities.size(), 6U);
+    double sweep = 0;
+    for (int i : {0, 1}) {
+        EXPECT_EQ(entities[i]["color"], "#0000ff");
+        EXPECT_EQ(entities[i]["radius"], 2);
+        sweep += std::fmod(entities[i]["end_angle"].get<double>() - entities[i]["start_angle"].get<double>() + 360,
+                           360);
+    }
+    EXPECT_NEAR(sweep, 180, 1e-6) << "the lower half of the circle";
+    EXPECT_EQ(entities[2]["start"], json({0, 5, 0}));
+    EXPECT_EQ(entities[2]["color"], "#ffff00");
+    EXPECT_EQ(entities[3]["end"], json({10, 5, 0}));
+    EXPECT_EQ(entities[3]["color"], "#00ffff") << "of the insert";
+    EXPECT_EQ(entities[4]["color"], "#ff00ff");
+    EXPECT_EQ(entities[5]["color"], "#ff00ff");
+    EXPECT_EQ(LayerOrder("out.dxf"), "0 A B C ");
+}
+
+TEST_F(ClipCommand, PlainlyFollowsTheRulesOfTheLibrary)
+{
+    Write("in.dxf", Drawing("0 CIRCLE|8 A|10 5|20 10|40 2|0 INSERT|8 B|2 D|10 1|20 5|0 LINE|8 C|10 1|20 1|11 2|21 2",
+                            LAYERS, "0 BLOCK|2 D|10 0|20 0|0 POINT|8 B|10 0|20 0|0 ENDBLK"));
+    EXPECT_EQ(Kinds(Edited("clip --plain --window 0,0,10,10")), "LINE C; ");
+}
+
+TEST_F(ClipCommand, LeavesNothingOfADrawingElsewhere)
+{
+    Write("in.dxf", Drawing("0 LINE|8 A|10 1|20 1|11 2|21 2", LAYERS));
+    EXPECT_EQ(Kinds(Edited("clip --window 10,10,20,20")), "");
+}
+
+using TransformCommand = EditCommands;
+
+TEST_F(TransformCommand, TakesItsStepsInTheOrderGiven)
+{
+    Write("in.dxf", Drawing("0 POINT|8 A|10 1|20 0|30 1|0 POINT|8 B|10 1|20 0", LAYERS));
+    const struct {
+        const char* steps;
+        json a, b;
+    } rows[] = {
+        {"--move 1,0,0 --rotate 90", {0, 2, 1}, {0, 2, 0}},
+        {"--rotate 90 --move 1,0", {1, 1, 1}, {1, 1, 0}},
+        {"--rotate 90@1,1", {2, 1, 1}, {2, 1, 0}},
+        // (1, 0) by 2 from (2, 2) is (0, -2); a move, the scale once more from the origin.
+        {"--scale 2@2,2 --move 0,1,5 --scale 0.5", {0, -0.5, 3.5}, {0, -0.5, 2.5}},
+        {"--move 1,1,1 --layers a", {2, 1, 2}, {1, 0, 0}},
+        {"--layers B,A,b --move=-1,-1,-1", {0, -1, 0}, {0, -1, -1}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.steps);
+        const std::vector<json> entities = Edited(std::string("transform ") + row.steps);
+        ASSERT_EQ(Kinds(entities), "POINT A; POINT B; ");
+        EXPECT_EQ(entities[0]["point"], row.a);
+        EXPECT_EQ(entities[1]["point"], row.b);
+    }
+}
+
+TEST_F(TransformCommand, TurnsWhatInsertsShow)
+{
+    // Extruded downwards the block is mirrored: its point (1, 2) lies at (-1, 2) before the turn.
+    Write("in.dxf", Drawing("0 INSERT|8 A|2 D|10 0|20 0|230 -1", LAYERS,
+                            "0 BLOCK|2 D|10 0|20 0|0 POINT|8 B|10 1|20 2|0 ENDBLK"));
+    const std::vector<json> entities = Edited("transform --rotate 90");
+    ASSERT_EQ(Kinds(entities), "POINT B; ");
+    EXPECT_EQ(entities[0]["point"], json({-2, -1, 0}));
+}
+
+using LayersCommand = EditCommands;
+
+TEST_F(LayersCommand, RenamesRemovesAndReorders)
+{
+    Write("in.dxf", Drawing("0 POINT|8 A|10 1|20 0|0 POINT|8 B|10 1|20 0|0 POINT|8 C|10 1|20 0", LAYERS));
+    const struct {
+        const char* steps;
+        const char* order;
+    } rows[] = {
+        {"--rename b=New", "0 A New C "},
+        {"--rename A=B1 --rename B1=A2", "0 A2 B C "},
+        {"--remove a", "0 B C "},
+        {"--front A", "0 B C A "},
+        {"--back C --front 0", "C A B 0 "},
+        {"--order C,A", "0 B C A "},
+        {"--remove B --rename C=B --back B", "B 0 A "},
+    };
+    for (const auto& row : rows) {
+        EXPECT_NE(Edited(std::string("layers ") + row.steps).size(), 0U);
+        EXPECT_EQ(LayerOrder("out.dxf"), row.order) << row.steps;
+    }
+}
+
+TEST_F(EditCommands, SayInOneSentenceWhatCannotBeDone)
+{
+    Write("in.dxf", Drawing("0 POINT|8 A|10 1|20 0", LAYERS));
+    const struct {
+        const char* arguments;
+        const char* reason;
+    } rows[] = {
+        {"layers --remove D", "there is no layer D"},
+        {"layers --remove 0", "Layer \"0\" cannot be removed."},
+        {"layers --rename A=B", "Cannot rename \"A\". Layer \"B\" already exists!"},
+        {"layers --front A --order A,D", "there is no layer D"},
+        {"transform --move 1,1 --layers A,D", "there is no layer D"},
+    };
+    for (const auto& row : rows) {
+        const Outcome outcome = Halyard(std::string(row.arguments) + " in.dxf out.dxf");
+        EXPECT_EQ(outcome.status, 1) << row.arguments;
+        EXPECT_EQ(outcome.err, std::string("halyard: in.dxf: ") + row.reason + "\n");
+    }
+    for (const char* arguments :
+         {"clip", "clip --window 0,0,1", "clip --window 0,0,1,nan", "clip --window 0,0,1,1e999", "transform",
+          "transform --scale 0", "transform --scale=-1", "transform --rotate 90@1", "transform --move 1,2,3,4",
+          "transform --layers A", "layers", "layers --rename A", "layers --rename =B"})
+        EXPECT_EQ(Halyard(std::string(arguments) + " in.dxf out.dxf").status, 2) << arguments;
+    EXPECT_FALSE(std::filesystem::exists(m_Folder / "out.dxf"));
+    EXPECT_TRUE(Leftovers().empty());
+}

@@ -1,0 +1,136 @@
+#include "CommandText.h"
+#include "Commands.h"
+#include "EditDrawing.h"
+#include "LayerNames.h"
+#include "platform/Utf8.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <map>
+#include <memory>
+
+namespace {
+
+using Complaint = std::optional<std::wstring>;
+using Step = Complaint (*)(Drawing& drawing, const std::string& text);
+
+struct LayersOptions {
+    EditOptions edit;
+    std::map<const CLI::Option*, Step> steps;
+};
+
+Complaint ComplaintOf(const ErrorString& result)
+{
+    if (!result) return result.Text();
+    return std::nullopt;
+}
+
+/// "A=B". The layer keeps its place in the drawing order.
+Complaint Rename(Drawing& drawing, const std::string& text)
+{
+    const std::size_t equal = text.find('=');
+    const std::string from = text.substr(0, equal);
+    const std::wstring to = FromUtf8(text.substr(equal + 1));
+    const DXFLayer* layer = LayerMeant(drawing, from);
+    if (!layer) return NoSuchLayer(from);
+    if (auto complaint = ComplaintOf(DXFLayer::IsValidName(to))) return complaint;
+    const std::wstring old = layer->Name();
+    std::vector<std::wstring> order = drawing.Document().GetLayerOrder();
+    if (auto complaint = ComplaintOf(drawing.Document().RenameLayer(old.c_str(), to.c_str())))
+        return complaint;
+    std::replace(order.begin(), order.end(), old, to);
+    drawing.Document().SetLayerOrder(order);
+    return std::nullopt;
+}
+
+Complaint Remove(Drawing& drawing, const std::string& name)
+{
+    DXFLayer* layer = LayerMeant(drawing, name);
+    return layer ? ComplaintOf(drawing.Document().RemoveLayer(*layer)) : NoSuchLayer(name);
+}
+
+Complaint ToFront(Drawing& drawing, const std::string& name)
+{
+    const DXFLayer* layer = LayerMeant(drawing, name);
+    if (!layer) return NoSuchLayer(name);
+    drawing.Document().BringToFront(layer->Name());
+    return std::nullopt;
+}
+
+Complaint ToBack(Drawing& drawing, const std::string& name)
+{
+    const DXFLayer* layer = LayerMeant(drawing, name);
+    if (!layer) return NoSuchLayer(name);
+    drawing.Document().MoveToBack(layer->Name());
+    return std::nullopt;
+}
+
+Complaint Order(Drawing& drawing, const std::string& names)
+{
+    std::vector<std::wstring> order;
+    for (const std::string& name : PiecesOf(names)) {
+        const DXFLayer* layer = LayerMeant(drawing, name);
+        if (!layer) return NoSuchLayer(name);
+        order.push_back(layer->Name());
+    }
+    drawing.Document().SetLayerOrder(order);
+    return std::nullopt;
+}
+
+/// The steps in the order in which they stand on the command line.
+Complaint Apply(const CLI::App& command, const LayersOptions& options, Drawing& drawing)
+{
+    std::map<const CLI::Option*, std::size_t> taken;
+    for (const CLI::Option* option : command.parse_order()) {
+        const auto step = options.steps.find(option);
+        if (step == options.steps.end()) continue;
+        if (auto complaint = step->second(drawing, option->results()[taken[option]++])) return complaint;
+    }
+    return std::nullopt;
+}
+
+std::string CheckRename(const std::string& text)
+{
+    const std::size_t equal = text.find('=');
+    const bool isPair = equal != std::string::npos && equal > 0 && equal + 1 < text.size();
+    return isPair ? "" : text + " is not of the form of OLD=NEW";
+}
+
+CLI::Option* AddStep(CLI::App& command, LayersOptions& options, const char* name, Step step, const char* form,
+                     const char* help)
+{
+    CLI::Option* option = command.add_option_function<std::vector<std::string>>(
+        name, [](const std::vector<std::string>&) {}, help);
+    options.steps.emplace(option, step);
+    return option->type_name(form)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+        ->allow_extra_args(false);
+}
+
+} // namespace
+
+void AddLayers(CLI::App& program, int& status)
+{
+    CLI::App* command = program.add_subcommand("layers", "Rename, remove and reorder layers");
+    command->footer("The steps apply in the order in which they are given, each as often as it is given. "
+                    "Layers are drawn from\nback to front. Inserts become the entities that they show, on "
+                    "the layers of these.\n\nExample:\n"
+                    "  halyard layers --rename WALL=WALLS --front TEXT plan.dxf out.dxf");
+    const auto options = std::make_shared<LayersOptions>();
+    AddEditOptions(*command, options->edit);
+    AddStep(*command, *options, "--rename", Rename, "OLD=NEW", "Give a layer another name")->check(CheckRename);
+    AddStep(*command, *options, "--remove", Remove, "NAME", "Remove a layer with its entities");
+    AddStep(*command, *options, "--front", ToFront, "NAME", "Draw a layer last, over all others");
+    AddStep(*command, *options, "--back", ToBack, "NAME", "Draw a layer first, under all others");
+    AddStep(*command, *options, "--order", Order, "NAME,...",
+            "Bring these layers to the front, the last named topmost");
+    command->callback([command, options, &status] {
+        const bool hasStep = std::any_of(options->steps.begin(), options->steps.end(),
+                                         [](const auto& step) { return step.first->count() > 0; });
+        if (!hasStep)
+            throw CLI::RequiredError("At least one of --rename, --remove, --front, --back and --order");
+        status = EditDrawing(options->edit,
+                             [&](Drawing& drawing) { return Apply(*command, *options, drawing); });
+    });
+}
