@@ -129,7 +129,8 @@ void Drawing::Note(const PlotFile& reader)
         m_Warnings.push_back(L"the file ends without its end mark; it may have been cut short");
     if (reader.UnknownRecords() > 0)
         m_Warnings.push_back(L"skipped: " + std::to_wstring(reader.UnknownRecords())
-                             + L" records of unknown kinds; what follows them may be misread");
+                             + (reader.UnknownRecords() == 1 ? L" record of an unknown kind" : L" records of unknown kinds")
+                             + L"; what follows may be misread");
 }
 
 void Drawing::Warn() const
