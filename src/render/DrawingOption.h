@@ -32,7 +32,7 @@ struct DrawingOption {
     /// Pixels that no line is wider than; 0 for no limit. (Many programs mean the width of lines on paper.)
     int widestLine = 0;
     /// Colour word 0x00BBGGRR of what is drawn on: colours too close to it are swapped for black or white.
-    std::optional<unsigned long> background;
+    std::optional<unsigned long> background = std::nullopt;
 
     bool operator==(const DrawingOption&) const = default;
 
