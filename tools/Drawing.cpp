@@ -49,6 +49,7 @@ bool Drawing::Read(const std::wstring& file, const ReadOptions& options)
     m_File = file;
     const Recognition recognition = RecognizeFile(file);
     m_Complaint = recognition.complaint;
+    if (recognition.model && options.models) return ReadModel(*recognition.model, *options.models);
     if (!recognition.format) return false;
     m_Format = *recognition.format;
     return m_Format == FORMAT::PLOT ? ReadPlot() : ReadDxf(options);
@@ -69,6 +70,15 @@ bool Drawing::ReadDxf(const ReadOptions& options)
     if (!result) return Refuse(reader.Ending() != DXFFile::NOT_READ, result.Text());
     Note(reader);
     return true;
+}
+
+bool Drawing::ReadModel(MODEL kind, const ModelOptions& options)
+{
+    const Progress progress("reading", [] { return Progress::State(); });
+    ModelReading reading = DrawModel(m_File, kind, options, m_Document);
+    m_Complaint = reading.complaint;
+    m_Warnings = std::move(reading.warnings);
+    return reading.complaint.empty() && !Interrupt::IsStopped();
 }
 
 bool Drawing::ReadPlot()
@@ -129,7 +139,8 @@ void Drawing::Note(const PlotFile& reader)
         m_Warnings.push_back(L"the file ends without its end mark; it may have been cut short");
     if (reader.UnknownRecords() > 0)
         m_Warnings.push_back(L"skipped: " + std::to_wstring(reader.UnknownRecords())
-                             + (reader.UnknownRecords() == 1 ? L" record of an unknown kind" : L" records of unknown kinds")
+                             + (reader.UnknownRecords() == 1 ? L" record of an unknown kind"
+                                                             : L" records of unknown kinds")
                              + L"; what follows may be misread");
 }
 

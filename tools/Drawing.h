@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ModelDrawing.h"
 #include "Recognition.h"
 #include "dxf/DXFFile.h"
 #include "plot/PlotFile.h"
@@ -14,6 +15,8 @@ struct ReadOptions {
     /// Entities of blocks take what they do not say themselves from the drawing's layers, as other programs
     /// have it.
     bool blocksUseLayers = false;
+    /// Models become drawings in this way; without it they are refused.
+    std::optional<ModelOptions> models = {};
 };
 
 /// A drawing read from a file, and what there is to say about the reading.
@@ -47,6 +50,7 @@ public:
 private:
     bool ReadDxf(const ReadOptions& options);
     bool ReadPlot();
+    bool ReadModel(MODEL kind, const ModelOptions& options);
     bool Refuse(bool found, const std::wstring& message);
     void Note(const DXFFile& reader);
     void Note(const PlotFile& reader);

@@ -36,7 +36,8 @@ void WarnOf(const InsertExploder::Report& report, const std::wstring& file)
 void WarnOf(const PlotForm& form, const std::wstring& file)
 {
     if (form.arcs > 0)
-        Warn(file, Counted(form.arcs, L"arc", L"arcs") + L" in polylines became chords: a plot file holds none there");
+        Warn(file, Counted(form.arcs, L"arc", L"arcs")
+                       + L" in polylines became chords: a plot file holds none there");
     if (form.flattened > 0)
         Warn(file, Counted(form.flattened, L"arc", L"arcs")
                        + L" in polylines became straight lines: chords would have been too many");
@@ -54,7 +55,8 @@ std::optional<std::wstring> Prepare(Drawing& drawing, const EditOptions& options
     const Progress progress("preparing", [] { return Progress::State(); });
     const std::atomic<bool>& keepGoing = Interrupt::KeepGoing();
     InsertExploder::Report report;
-    if (!options.plain && !(toPlot && options.keepsInserts)) report = InsertExploder().Explode(drawing.Document(), keepGoing);
+    const bool explodes = !options.plain && !(toPlot && options.keepsInserts);
+    if (explodes) report = InsertExploder().Explode(drawing.Document(), keepGoing);
     if (Interrupt::IsStopped()) return {};
     WarnOf(report, drawing.File());
     if (auto complaint = change(drawing)) return complaint;
@@ -132,7 +134,7 @@ int EditDrawing(const EditOptions& options, const Change& change)
     const std::wstring in = FromUtf8(options.in);
     const std::wstring out = FromUtf8(options.out);
     Drawing drawing;
-    if (!drawing.Read(in, {.blocksUseLayers = !options.plain}))
+    if (!drawing.Read(in, {.blocksUseLayers = !options.plain, .models = options.models}))
         return Interrupt::IsStopped() ? SayStopped() : Fail(in, drawing.Complaint());
     drawing.Warn();
     if (drawing.EndedEarly() && FileSystem::SameFile(in, out))

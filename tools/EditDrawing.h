@@ -19,6 +19,8 @@ struct EditOptions {
     bool plain = false;
     /// The change leaves inserts what they are: where the file to write holds blocks, they stay.
     bool keepsInserts = false;
+    /// Models are read too, in this way.
+    std::optional<ModelOptions> models = {};
 };
 
 /// Adds IN, OUT, --true-color and --plain.
@@ -28,6 +30,6 @@ void AddEditOptions(CLI::App& command, EditOptions& options);
 using Change = std::function<std::optional<std::wstring>(Drawing& drawing)>;
 
 /// Reads IN, explodes its inserts, makes the change, brings the drawing to the form that the written file can
-/// hold, and writes OUT, of the kind that its name says, beside its place before it is put there. Says what went wrong; returns the exit
-/// status.
+/// hold, and writes OUT, of the kind that its name says, beside its place before it is put there. Says what
+/// went wrong; returns the exit status.
 int EditDrawing(const EditOptions& options, const Change& change);

@@ -52,7 +52,6 @@ constexpr Signature SIGNATURES[] = {
     {"<svg"sv, L"is an SVG picture, not a drawing"},
     {"<!DOCTYPE"sv, L"is a web page, not a drawing"},
     {"<html"sv, L"is a web page, not a drawing"},
-    {"\xFF\xFE\xFF"sv, L"is a model, not a drawing"},
     {"\xFF\xFE"sv, UTF_16},
     {"\xFE\xFF"sv, UTF_16},
 };
@@ -65,6 +64,15 @@ constexpr std::string_view UTF_8_MARK = "\xEF\xBB\xBF"sv;
 bool IsBmp(std::string_view bytes)
 {
     return bytes.starts_with("BM") && bytes.substr(0, 10).ends_with("\0\0\0\0"sv);
+}
+
+/// A main chunk, with the chunk in it that most files have first where the length could be the mark of TIFF.
+bool Is3ds(std::string_view bytes)
+{
+    constexpr std::size_t HEADER_SIZE = 6;
+    if (!bytes.starts_with("MM") || bytes.size() < HEADER_SIZE) return false;
+    const std::string_view child = bytes.substr(HEADER_SIZE);
+    return !bytes.starts_with("MM\0*"sv) || child.starts_with("\x02\0\x0A\0\0\0"sv) || child.starts_with("==");
 }
 
 /// Every second byte of the first few is 0: text in two bytes a character without a mark.
@@ -121,6 +129,11 @@ Recognition Refuse(const wchar_t* complaint)
     return {std::nullopt, complaint};
 }
 
+Recognition FindModel(MODEL model, const wchar_t* complaint)
+{
+    return {std::nullopt, complaint, model};
+}
+
 Recognition RefuseUnknown(std::string_view bytes)
 {
     if (bytes.find('\0') != std::string_view::npos)
@@ -136,6 +149,10 @@ Recognition Recognize(std::string_view bytes)
 {
     if (bytes.empty()) return Refuse(L"the file is empty");
     if (bytes.starts_with(PLOT_MAGIC)) return {FORMAT::PLOT, {}};
+    if (Is3ds(bytes))
+        return FindModel(MODEL::IN_3DS, L"is a 3DS model, not a drawing; 'halyard convert' makes one of it");
+    if (bytes.starts_with("\xFF\xFE\xFF"sv))
+        return FindModel(MODEL::SKETCHUP, L"is a SketchUp model, not a drawing; 'halyard convert' makes one of it");
     for (const Signature& signature : SIGNATURES)
         if (bytes.starts_with(signature.bytes)) return Refuse(signature.complaint);
     if (IsBmp(bytes)) return Refuse(L"is a BMP picture, not a drawing");

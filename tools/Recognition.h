@@ -6,11 +6,14 @@
 
 /// Kinds of drawing files that the program reads.
 enum class FORMAT { DXF, PLOT };
+/// Kinds of files with models in space, of which a drawing can be made.
+enum class MODEL { IN_3DS, SKETCHUP };
 
 /// What the first bytes of a file show.
 struct Recognition {
     std::optional<FORMAT> format; ///< none: not a drawing that the program reads
     std::wstring complaint;       ///< why not: a clause that follows the file's name
+    std::optional<MODEL> model = {}; ///< no drawing, but a model
 };
 
 /// As much of a file's start as recognition looks at, in bytes.

@@ -22,8 +22,8 @@ public:
     /// without area has none.
     ///
     /// False when the pieces do not have the area of the face within one part in a thousand million: its
-    /// rings cross, or it is not flat. The pieces are then the best that can be had. Throws when memory runs
-    /// out.
+    /// rings cross, or it is not flat. The pieces are then the best that can be had; none when memory
+    /// ran out.
     [[nodiscard]] bool Cut(const std::vector<Ring>& rings, std::vector<Piece>& pieces);
 
 private:
