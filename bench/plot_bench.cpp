@@ -16,8 +16,8 @@
 #include "plot/PlotFile.h"
 #include "support/CRCChecksum.h"
 
-// Writing and reading plot files of a million entities, as bytes of the file a second, beside copying those bytes in
-// memory and beside their checksum, without which no plot file goes.
+// Writing and reading plot files of a million entities, as bytes of the file a second, beside copying those
+// bytes in memory and beside their checksum, without which no plot file goes.
 
 namespace {
 

@@ -1,5 +1,5 @@
-// Reads any bytes as a plot file, asks for all boxes, writes the document and reads it again. The second document must be
-// the first one: it is written as the same bytes, and nothing of it is passed over.
+// Reads any bytes as a plot file, asks for all boxes, writes the document and reads it again. The second
+// document must be the first one: it is written as the same bytes, and nothing of it is passed over.
 
 #include "model/DXFText.h"
 #include "platform/Utf8.h"
@@ -17,7 +17,8 @@ namespace {
 std::filesystem::path Scratch(const char* name)
 {
     static const std::filesystem::path folder = [] {
-        auto path = std::filesystem::temp_directory_path() / ("plot_fuzz_" + std::to_string(std::random_device()()));
+        auto path =
+            std::filesystem::temp_directory_path() / ("plot_fuzz_" + std::to_string(std::random_device()()));
         std::filesystem::create_directories(path);
         return path;
     }();

@@ -15,7 +15,8 @@ namespace {
 
 using P3 = GTL::Point3D<double>;
 
-/// Brings entities to the form. A visitor takes them const; those that it is handed here are the document's own.
+/// Brings entities to the form. A visitor takes them const; those that it is handed here are the document's
+/// own.
 class PlotSettler : public DXFWriter {
 public:
     const PlotForm& Form() const { return m_Form; }

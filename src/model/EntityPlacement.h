@@ -43,7 +43,8 @@ public:
 
     /// Vertices without bulges: in place of each arc stand chords as above. A closed chain is joined from its
     /// last vertex to its first. The number of vertices can be asked for before they are made.
-    static std::vector<GTL::Point3D<double>> Chorded(const std::vector<GTL::Point3D<double>>& vertices, bool closed);
+    static std::vector<GTL::Point3D<double>> Chorded(const std::vector<GTL::Point3D<double>>& vertices,
+                                                     bool closed);
     static std::size_t ChordedSize(const std::vector<GTL::Point3D<double>>& vertices, bool closed);
 
 private:

@@ -174,7 +174,8 @@ private:
     char* const m_End;
 };
 
-/// Reads records. After a failure of the input, which is asked once at the end of a record, fields keep what they have.
+/// Reads records. After a failure of the input, which is asked once at the end of a record, fields keep what
+/// they have.
 class Take {
 public:
     Take(PlotInput& input, std::int32_t version) : m_Input(input), m_Version(version) {}
@@ -247,7 +248,7 @@ private:
         text.resize(units);
         wchar_t* const begin = text.data();
         wchar_t* next = begin;
-        Items<char16_t, 1>(units, [&next, begin](const char16_t (&unit)[1]) {
+        Items<char16_t, 1>(units, [&next, begin](const char16_t(&unit)[1]) {
             const bool isSecond = !WIDE_IS_UTF16 && (unit[0] & 0xFC00) == 0xDC00 && next != begin;
             if (isSecond && (static_cast<unsigned long>(next[-1]) & ~0x3FFUL) == 0xD800)
                 next[-1] = static_cast<wchar_t>(FIRST_BEYOND_16_BITS
@@ -262,13 +263,13 @@ private:
     {
         const std::size_t count = Count(POINT_SIZE);
         points.reserve(count);
-        Items<double, 4>(count, [&points](const double (&v)[4]) { points.emplace_back(v[0], v[1], v[2]); });
+        Items<double, 4>(count, [&points](const double(&v)[4]) { points.emplace_back(v[0], v[1], v[2]); });
     }
     void Get(std::vector<P2>& pairs)
     {
         const std::size_t count = Count(PAIR_SIZE);
         pairs.reserve(count);
-        Items<double, 2>(count, [&pairs](const double (&v)[2]) { pairs.emplace_back(v[0], v[1]); });
+        Items<double, 2>(count, [&pairs](const double(&v)[2]) { pairs.emplace_back(v[0], v[1]); });
     }
     template <class Record>
     void Get(Record& record)

@@ -148,8 +148,9 @@ bool PlotFile::Read(DXFLine* line)
 
 void PlotFile::Write(const DXFPolyline& polyline)
 {
-    WriteRecord(POLYLINE, PlotRecords::Polyline<Viewed>{LineDataOf(polyline), polyline.GetElevation(),
-                                                        polyline.GetLWPolyLine(), polyline.GetPoly().Vertices()});
+    WriteRecord(POLYLINE,
+                PlotRecords::Polyline<Viewed>{LineDataOf(polyline), polyline.GetElevation(),
+                                              polyline.GetLWPolyLine(), polyline.GetPoly().Vertices()});
 }
 
 bool PlotFile::Read(DXFPolyline* polyline)
@@ -187,7 +188,8 @@ bool PlotFile::Read(DXFCircle* circle)
 {
     PlotRecords::Circle record;
     if (!ReadRecord(record)) return false;
-    // Setting the radius would take it to single precision; made with it the circle is the one that was written.
+    // Setting the radius would take it to single precision; made with it the circle is the one that was
+    // written.
     *circle = DXFCircle(record.center, record.radius, AsVector(record.extrusion));
     circle->SetInfo(InfoOf(record.line));
     return true;
@@ -195,15 +197,16 @@ bool PlotFile::Read(DXFCircle* circle)
 
 void PlotFile::Write(const DXFArc& arc)
 {
-    WriteRecord(ARC, PlotRecords::Arc{LineDataOf(arc), arc.Radius(), arc.Center(), arc.StartAngle(), arc.EndAngle(),
-                                      AsPoint(arc.Extrusion())});
+    WriteRecord(ARC, PlotRecords::Arc{LineDataOf(arc), arc.Radius(), arc.Center(), arc.StartAngle(),
+                                      arc.EndAngle(), AsPoint(arc.Extrusion())});
 }
 
 bool PlotFile::Read(DXFArc* arc)
 {
     PlotRecords::Arc record;
     if (!ReadRecord(record)) return false;
-    *arc = DXFArc(record.center, record.radius, record.startAngle, record.endAngle, AsVector(record.extrusion));
+    *arc =
+        DXFArc(record.center, record.radius, record.startAngle, record.endAngle, AsVector(record.extrusion));
     arc->SetInfo(InfoOf(record.line));
     return true;
 }
@@ -246,9 +249,9 @@ bool PlotFile::Read(DXFMText* text)
 void PlotFile::Write(const DXFInsert& insert)
 {
     WriteRecord(INSERT, PlotRecords::Insert<Viewed>{insert.BlockName(), insert.InsertPoint(), insert.Scale(),
-                                                    insert.Extrusion(), insert.Rotation(), insert.GetRowCount(),
-                                                    insert.GetRowSpacing(), insert.GetColumnCount(),
-                                                    insert.GetColumnSpacing()});
+                                                    insert.Extrusion(), insert.Rotation(),
+                                                    insert.GetRowCount(), insert.GetRowSpacing(),
+                                                    insert.GetColumnCount(), insert.GetColumnSpacing()});
 }
 
 bool PlotFile::Read(DXFInsert* insert)
@@ -308,13 +311,14 @@ bool PlotFile::Read(DXFImage* image)
     image->SetInsertPoint(P3(record.x, record.y, record.z));
     image->SetSize(record.width, record.height);
     const bool isPolygon = record.clipType == DXFImage::CLIP_POLYGON;
-    image->SetClipBoundary(isPolygon ? DXFImage::CLIP_POLYGON : DXFImage::CLIP_RECTANGLE, std::move(record.boundary));
+    image->SetClipBoundary(isPolygon ? DXFImage::CLIP_POLYGON : DXFImage::CLIP_RECTANGLE,
+                           std::move(record.boundary));
     LoadPicture(*image, record.file);
     return true;
 }
 
-/// Loads each file once. A picture of another height than the record says keeps what a polygon cuts out of it, as
-/// counted from its top.
+/// Loads each file once. A picture of another height than the record says keeps what a polygon cuts out of
+/// it, as counted from its top.
 void PlotFile::LoadPicture(DXFImage& image, const std::wstring& file)
 {
     image.SetDrawingFolder(m_Folder);

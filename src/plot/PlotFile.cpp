@@ -48,7 +48,8 @@ void PlotFile::WriteDocument(const DXF& document)
     m_Output->Append(MAGIC.data(), MAGIC.size());
     PlotRecords::Put{*m_Output}(PlotRecords::VERSION);
     DXF::BlockMap::const_iterator block;
-    for (bool more = document.GetFirstBlock(block); more; more = document.GetFNextBlock(block)) Write(*block->second);
+    for (bool more = document.GetFirstBlock(block); more; more = document.GetFNextBlock(block))
+        Write(*block->second);
     for (std::size_t i = 0; i < document.NumLayers(); ++i) Write(*document[i]);
     PlotRecords::Put{*m_Output}(std::int32_t{END_OF_FILE});
 }
@@ -162,7 +163,8 @@ bool PlotFile::ReadHeader(std::int32_t& kind)
     m_RecordStart = m_Input->Tell();
     const bool atEnd = m_Input->Left() == 0;
     std::uint32_t unused = 0;
-    if (m_Input->Take(&kind, sizeof kind) && kind != END_OF_FILE) return m_Input->Take(&unused, sizeof unused);
+    if (m_Input->Take(&kind, sizeof kind) && kind != END_OF_FILE)
+        return m_Input->Take(&unused, sizeof unused);
     if (atEnd)
         m_Ending = END_OF_DATA;
     else if (!m_Input->Failed())

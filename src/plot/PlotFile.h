@@ -15,9 +15,9 @@ class PlotInput;
 class PlotOutput;
 class TextEntity;
 
-/// Reader and writer of plot files, the library's own compact binary form of a whole drawing: versions 3, 4, 5, 6 and 9
-/// are read, 9 is written. docs/formats/plot.md lays out every byte and tells what the form does not hold. Used by one
-/// thread, for one reading or writing at a time.
+/// Reader and writer of plot files, the library's own compact binary form of a whole drawing: versions 3, 4,
+/// 5, 6 and 9 are read, 9 is written. docs/formats/plot.md lays out every byte and tells what the form does
+/// not hold. Used by one thread, for one reading or writing at a time.
 class HALYARD_API PlotFile : public DXFWriter {
 public:
     /// Kinds of records.
@@ -54,16 +54,17 @@ public:
     PlotFile(const PlotFile&) = delete;
     PlotFile& operator=(const PlotFile&) = delete;
 
-    /// Writes the whole document, hidden layers too. Fails when the name is empty, the file cannot be opened or written
-    /// (a full disk), or the drawing needs more than the 4 GB that offsets reach; such a file is of no use then.
+    /// Writes the whole document, hidden layers too. Fails when the name is empty, the file cannot be opened
+    /// or written (a full disk), or the drawing needs more than the 4 GB that offsets reach; such a file is
+    /// of no use then.
     ErrorString Write(const std::wstring& fileName, const DXF* document);
-    /// Replaces the contents of the document by those of the file. A file that is no plot file leaves the document as it
-    /// was, one of an unknown version leaves it cleared. Data that break off are no failure: every record that was
-    /// whole stays, and Ending tells.
+    /// Replaces the contents of the document by those of the file. A file that is no plot file leaves the
+    /// document as it was, one of an unknown version leaves it cleared. Data that break off are no failure:
+    /// every record that was whole stays, and Ending tells.
     ErrorString Read(const std::wstring& fileName, DXF* document);
 
-    /// The flag belongs to the caller and may be cleared in another thread. Reading then stops with a cleared document;
-    /// writing completes the file without the rest of the entities. Both are successes.
+    /// The flag belongs to the caller and may be cleared in another thread. Reading then stops with a cleared
+    /// document; writing completes the file without the rest of the entities. Both are successes.
     void SetKeepGoing(const std::atomic<bool>& keepGoing) { m_KeepGoing = &keepGoing; }
 
     /// About the last reading.
@@ -74,15 +75,17 @@ public:
     int Version() const { return m_Version; }
     /// Records of kinds that no version has, each of which was passed over by its head of eight bytes.
     std::uint64_t UnknownRecords() const { return m_UnknownRecords; }
-    /// About the last writing: blocks within blocks, which have no place in the form and which no insert can show.
+    /// About the last writing: blocks within blocks, which have no place in the form and which no insert can
+    /// show.
     std::uint64_t BlocksLeftOut() const { return m_BlocksLeftOut; }
 
-    /// About the last writing: whether the output failed (a full disk, more than 4 GB), and why in one clause. A file
-    /// that could not be opened is told by Write alone.
+    /// About the last writing: whether the output failed (a full disk, more than 4 GB), and why in one
+    /// clause. A file that could not be opened is told by Write alone.
     bool WriteFailed() const { return !m_WriteFailReason.empty(); }
     const std::wstring& WriteFailReason() const { return m_WriteFailReason; }
 
-    /// Work done and to do, in bytes when reading and in entities when writing. May be asked from another thread.
+    /// Work done and to do, in bytes when reading and in entities when writing. May be asked from another
+    /// thread.
     std::uint64_t Done() const { return m_Done.load(std::memory_order_relaxed); }
     std::uint64_t Total() const { return m_Total.load(std::memory_order_relaxed); }
 

@@ -12,8 +12,8 @@
 #include <string_view>
 #include <vector>
 
-/// The layout of plot files, one structure a record: its Visit names the fields in the order of their bytes, for reading,
-/// writing and measuring alike. docs/formats/plot.md has the same in prose.
+/// The layout of plot files, one structure a record: its Visit names the fields in the order of their bytes,
+/// for reading, writing and measuring alike. docs/formats/plot.md has the same in prose.
 namespace PlotRecords {
 
 static_assert(std::endian::native == std::endian::little, "values are written as they lie in memory");
@@ -180,7 +180,8 @@ struct Insert {
     double columnSpacing = 0;
     static void Visit(auto& archive, auto& r)
     {
-        archive(r.block, r.point, r.scale, r.extrusion, r.rotation, r.rows, r.rowSpacing, r.columns, r.columnSpacing);
+        archive(r.block, r.point, r.scale, r.extrusion, r.rotation, r.rows, r.rowSpacing, r.columns,
+                r.columnSpacing);
     }
 };
 
@@ -218,7 +219,7 @@ struct Image {
 };
 
 template <class T>
-concept Number = std::same_as<T, std::int32_t> || std::same_as<T, std::uint32_t> || std::same_as<T, float>
-                 || std::same_as<T, double>;
+concept Number = std::same_as<T, std::int32_t> || std::same_as<T, std::uint32_t> || std::same_as<
+    T, float> || std::same_as<T, double>;
 
 } // namespace PlotRecords

@@ -7,7 +7,10 @@
 #include <cstdio>
 
 PlotOutput::PlotOutput(CRCFile& file, PlotBlockNotice notice)
-    : m_File(file), m_Notice(std::move(notice)), m_Buffer(new char[BLOCK]), m_Next(m_Buffer.get()),
+    : m_File(file),
+      m_Notice(std::move(notice)),
+      m_Buffer(new char[BLOCK]),
+      m_Next(m_Buffer.get()),
       m_End(m_Next + BLOCK)
 {
 }

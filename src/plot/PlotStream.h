@@ -10,13 +10,14 @@
 #include <memory>
 #include <string>
 
-/// Between the records of a plot file and a checksummed file: gathers what is written, and has read ahead what is to be
-/// read, so that the checksum and the system see large blocks.
+/// Between the records of a plot file and a checksummed file: gathers what is written, and has read ahead
+/// what is to be read, so that the checksum and the system see large blocks.
 
 /// Called at every block; when it returns false the work is to stop.
 using PlotBlockNotice = std::function<bool()>;
 
-/// Output through one buffer. The first failure sticks and what is written later is dropped; ask once at the end.
+/// Output through one buffer. The first failure sticks and what is written later is dropped; ask once at the
+/// end.
 class PlotOutput {
 public:
     static constexpr std::size_t BLOCK = std::size_t{1} << 18;
@@ -24,12 +25,13 @@ public:
     /// The file outlives this object.
     PlotOutput(CRCFile& file, PlotBlockNotice notice);
 
-    /// What is written next stands at Next, and there is room up to End. After writing there in place, tell by SetNext.
+    /// What is written next stands at Next, and there is room up to End. After writing there in place, tell
+    /// by SetNext.
     char* Next() const { return m_Next; }
     char* End() const { return m_End; }
     void SetNext(char* next) { m_Next = next; }
-    /// Appends bytes for which there is no room before End, given where the writing in place has come to; returns the
-    /// new Next. End stays.
+    /// Appends bytes for which there is no room before End, given where the writing in place has come to;
+    /// returns the new Next. End stays.
     char* Overflow(char* next, const void* bytes, std::size_t count);
     /// Appends bytes.
     void Append(const void* bytes, std::size_t count) { m_Next = Overflow(m_Next, bytes, count); }
@@ -58,7 +60,8 @@ private:
     std::wstring m_Reason;
 };
 
-/// Input through one buffer, which knows how many bytes are left. Taking more than that fails, and a failure sticks.
+/// Input through one buffer, which knows how many bytes are left. Taking more than that fails, and a failure
+/// sticks.
 class PlotInput {
 public:
     static constexpr std::size_t BLOCK = std::size_t{1} << 18;
@@ -66,7 +69,8 @@ public:
     /// Offsets are of 32 bits: of a larger file only so much is read.
     PlotInput(CRCFile& file, PlotBlockNotice notice);
 
-    /// Copies bytes of a fixed small size, at most BLOCK. False, and nothing is copied, when they are not there.
+    /// Copies bytes of a fixed small size, at most BLOCK. False, and nothing is copied, when they are not
+    /// there.
     bool Take(void* bytes, std::size_t count)
     {
         if (count > InBuffer() && !Fill(count)) return false;
@@ -74,8 +78,8 @@ public:
         m_Next += count;
         return true;
     }
-    /// A run of whole items of a size that are at hand, at least one, at most so many; they are taken. Null when there
-    /// is none.
+    /// A run of whole items of a size that are at hand, at least one, at most so many; they are taken. Null
+    /// when there is none.
     const char* TakeRun(std::size_t itemSize, std::size_t atMost, std::size_t& items);
 
     /// Bytes not taken yet, by the file's size at its opening; 0 after a failure.

@@ -38,7 +38,8 @@ std::string TwoPoints()
 
 TEST_F(PlotCommand, ConvertsToPlotFilesAndBack)
 {
-    const auto entities = Converted(Drawing(std::string(LINE) + "|0 TEXT|8 A|420 66051|10 1|20 1|40 2|1 Hello"));
+    const auto entities =
+        Converted(Drawing(std::string(LINE) + "|0 TEXT|8 A|420 66051|10 1|20 1|40 2|1 Hello"));
     ASSERT_EQ(entities.size(), 2U);
     EXPECT_EQ(entities[0]["end"], json({3, 4, 0}));
     EXPECT_EQ(entities[1]["text"], "Hello");
@@ -63,11 +64,12 @@ TEST_F(PlotCommand, RecognisesPlotFilesByTheirFirstBytes)
 
 TEST_F(PlotCommand, KeepsBlocksWithWhatTheirEntitiesLookLike)
 {
-    // The LINE of the block says nothing and stands on RED; the POINT stands on layer 0, whose look comes from
-    // the insert: a plot file has no place for that.
-    const auto entities = Converted(
-        Drawing("0 INSERT|8 HERE|2 B|10 10|20 20|41 2|42 2|43 2|50 90|70 3|71 2|44 5|45 7", "0 LAYER|2 RED|62 1|370 50",
-                "0 BLOCK|2 B|8 RED|70 2|10 1|20 1|0 POINT|8 0|10 2|20 1|0 LINE|8 RED|10 1|20 1|11 1|21 3|0 ENDBLK"));
+    // The LINE of the block says nothing and stands on RED; the POINT stands on layer 0, whose look comes
+    // from the insert: a plot file has no place for that.
+    const auto entities = Converted(Drawing(
+        "0 INSERT|8 HERE|2 B|10 10|20 20|41 2|42 2|43 2|50 90|70 3|71 2|44 5|45 7",
+        "0 LAYER|2 RED|62 1|370 50",
+        "0 BLOCK|2 B|8 RED|70 2|10 1|20 1|0 POINT|8 0|10 2|20 1|0 LINE|8 RED|10 1|20 1|11 1|21 3|0 ENDBLK"));
     ASSERT_EQ(entities.size(), 3U);
     EXPECT_EQ(entities[0]["kind"], "INSERT");
     EXPECT_EQ(entities[0]["rotation"], 90);
@@ -131,7 +133,8 @@ TEST_F(PlotCommand, WarnsOfFilesThatBreakOffAndDoesNotReplaceThem)
     EXPECT_EQ(Read("cut.plot"), cut);
 
     Write("new.plot", PlotBytes(8).File());
-    EXPECT_EQ(Halyard("info new.plot").err, "halyard: new.plot: cannot be read as a drawing: Invalid file version\n");
+    EXPECT_EQ(Halyard("info new.plot").err,
+              "halyard: new.plot: cannot be read as a drawing: Invalid file version\n");
     Write("odd.plot", PlotBytes().Layer(u"0").Begin(77).File());
     EXPECT_THAT(Halyard("dump odd.plot").err, HasSubstr("skipped: 1 record of an unknown kind"));
 }

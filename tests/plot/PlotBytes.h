@@ -16,7 +16,10 @@ public:
         std::size_t end;
     };
 
-    explicit PlotBytes(std::int32_t version = 9) { Raw(std::string_view("H\0A\0L\0Y\0A\0R\0D\0 \0P", 17)).Int(version); }
+    explicit PlotBytes(std::int32_t version = 9)
+    {
+        Raw(std::string_view("H\0A\0L\0Y\0A\0R\0D\0 \0P", 17)).Int(version);
+    }
 
     PlotBytes& Raw(std::string_view bytes)
     {

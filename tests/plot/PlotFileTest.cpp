@@ -15,7 +15,9 @@ using PlotKinds::P3;
 
 /// What reading some bytes gave.
 struct Reading {
-    explicit Reading(std::string_view bytes) : file(".plot", bytes), result(plot.Read(file.Name(), &document)) {}
+    explicit Reading(std::string_view bytes) : file(".plot", bytes), result(plot.Read(file.Name(), &document))
+    {
+    }
 
     TempFile file;
     DXF document;
@@ -136,8 +138,15 @@ TEST(PlotFile, TakesColourWordsOfOldVersionsForIndices)
         unsigned long color;
     };
     // Index 1 is red, which is 0x0000FF as a device colour; index 0 counts as black.
-    for (const Row& row : {Row{3, 1, 0x0000FF}, {4, 1, 0x0000FF}, {4, 300, 0}, {4, 0xFFFFFFFF, 0}, {3, 255, 0xFFFFFF},
-                           {5, 1, 1}, {6, 300, 300}, {9, 0x102030, 0x102030}, {9, 0x81102030, 0x102030}}) {
+    for (const Row& row : {Row{3, 1, 0x0000FF},
+                           {4, 1, 0x0000FF},
+                           {4, 300, 0},
+                           {4, 0xFFFFFFFF, 0},
+                           {3, 255, 0xFFFFFF},
+                           {5, 1, 1},
+                           {6, 300, 300},
+                           {9, 0x102030, 0x102030},
+                           {9, 0x81102030, 0x102030}}) {
         SCOPED_TRACE(std::to_string(row.version) + ", " + std::to_string(row.word));
         PlotBytes bytes(row.version);
         bytes.Layer(u"0", true, row.word).Begin(7).Int(row.word).Point(0, 0, 0);
@@ -156,7 +165,12 @@ TEST(PlotFile, TakesColourWordsOfOldVersionsForIndices)
 TEST(PlotFile, ReadsImagesOfTheFirstVersionWithoutTheirAttributes)
 {
     PlotBytes bytes(3);
-    bytes.Layer(u"0").Begin(11).Int(1).Int(1).String(u"no such picture.png").Doubles({0.5, 0, 0.25, 0, 2, 0.125});
+    bytes.Layer(u"0")
+        .Begin(11)
+        .Int(1)
+        .Int(1)
+        .String(u"no such picture.png")
+        .Doubles({0.5, 0, 0.25, 0, 2, 0.125});
     bytes.Count(2).Doubles({1, 2, 3, 4}).Doubles({11, 12, 640, 480}).Begin(7).Int(1).Point(5, 6, 7);
     const Reading reading(bytes.File());
     ASSERT_EQ(reading.document.NumEntities(), 2);
@@ -188,14 +202,19 @@ TEST(PlotFile, SaysWhatIsWrongInThePublishedWords)
     EXPECT_EQ(plot.Write(L"", &document).Text(), L"Empty file name, cannot write plot!");
     EXPECT_EQ(plot.Read(L"", &document).Text(), L"Empty file name, cannot save plot!");
     const std::string magic = PlotBytes().File().substr(0, 17);
-    for (const std::string& start : {std::string(), magic.substr(0, 16), magic.substr(0, 16) + "Q", std::string(40, 'x')}) {
+    for (const std::string& start :
+         {std::string(), magic.substr(0, 16), magic.substr(0, 16) + "Q", std::string(40, 'x')}) {
         const TempFile file(".plot", start);
         EXPECT_EQ(plot.Read(file.Name(), &document).Text(), L"Not a valid plot file!");
         EXPECT_EQ(document.NumLayers(), 2U) << "the document is as it was";
     }
     const std::wstring nowhere = L"no such folder/a.plot";
-    EXPECT_EQ(plot.Read(nowhere, &document).Text().find(L"Error opening file \"" + nowhere + L"\" for reading!"), 0U);
-    EXPECT_EQ(plot.Write(nowhere, &document).Text().find(L"Error opening file \"" + nowhere + L"\" for writing!"), 0U);
+    EXPECT_EQ(
+        plot.Read(nowhere, &document).Text().find(L"Error opening file \"" + nowhere + L"\" for reading!"),
+        0U);
+    EXPECT_EQ(
+        plot.Write(nowhere, &document).Text().find(L"Error opening file \"" + nowhere + L"\" for writing!"),
+        0U);
     EXPECT_EQ(plot.Ending(), PlotFile::NOT_READ);
 }
 
@@ -242,10 +261,13 @@ TEST(PlotFile, KeepsOfEveryPrefixWhatIsWhole)
         SCOPED_TRACE(length);
         const Reading reading(file.substr(0, length));
         ASSERT_TRUE(reading.result);
-        const auto broken = std::find_if(records.begin(), records.end(), [=](const auto& r) { return r.end > length; });
-        const auto whole =
-            static_cast<std::size_t>(std::count_if(records.begin(), broken, [](const auto& r) { return IsEntity(r.kind); }));
-        EXPECT_EQ(static_cast<std::size_t>(reading.document.NumEntities()) + NumBlockEntities(reading.document), whole);
+        const auto broken =
+            std::find_if(records.begin(), records.end(), [=](const auto& r) { return r.end > length; });
+        const auto whole = static_cast<std::size_t>(
+            std::count_if(records.begin(), broken, [](const auto& r) { return IsEntity(r.kind); }));
+        EXPECT_EQ(static_cast<std::size_t>(reading.document.NumEntities())
+                      + NumBlockEntities(reading.document),
+                  whole);
         const std::size_t start = broken == records.end() ? records.back().end : broken->start;
         EXPECT_EQ(reading.plot.EndOffset(), start);
         EXPECT_EQ(reading.plot.Ending(), length == file.size() ? PlotFile::END_MARK
@@ -260,8 +282,10 @@ TEST(PlotFile, BelievesNoCountThatTheRestOfTheFileCannotHold)
     const std::string file = bytes.File();
     const auto& records = bytes.Records();
     for (const std::size_t place : bytes.Counts()) {
-        const auto record = std::find_if(records.begin(), records.end(), [=](const auto& r) { return r.end > place; });
-        const auto before = std::count_if(records.begin(), record, [](const auto& r) { return IsEntity(r.kind); });
+        const auto record =
+            std::find_if(records.begin(), records.end(), [=](const auto& r) { return r.end > place; });
+        const auto before =
+            std::count_if(records.begin(), record, [](const auto& r) { return IsEntity(r.kind); });
         for (const std::int64_t lie : {std::int64_t{-1}, std::int64_t{0x7FFFFFFF}, -std::int64_t{0x80000000},
                                        static_cast<std::int64_t>(file.size())}) {
             SCOPED_TRACE(std::to_string(place) + ": " + std::to_string(lie));
@@ -271,7 +295,8 @@ TEST(PlotFile, BelievesNoCountThatTheRestOfTheFileCannotHold)
             ASSERT_TRUE(reading.result);
             EXPECT_EQ(reading.plot.Ending(), PlotFile::EARLY);
             EXPECT_EQ(reading.plot.EndOffset(), record->start);
-            EXPECT_EQ(reading.document.NumEntities() + static_cast<int>(NumBlockEntities(reading.document)), before);
+            EXPECT_EQ(reading.document.NumEntities() + static_cast<int>(NumBlockEntities(reading.document)),
+                      before);
         }
     }
 }
@@ -294,7 +319,8 @@ TEST(PlotFile, DoesNotAskWhereRecordsEnd)
     PlotBytes bytes = FileOfAll();
     const std::string file = bytes.File();
     std::string lying = file;
-    for (const auto& record : bytes.Records()) lying.replace(record.start + 4, 4, PlotBytes::IntBytes(0xCCCCCCCC));
+    for (const auto& record : bytes.Records())
+        lying.replace(record.start + 4, 4, PlotBytes::IntBytes(0xCCCCCCCC));
     EXPECT_EQ(Written(Reading(lying).document), Written(Reading(file).document));
 }
 
@@ -328,7 +354,16 @@ TEST(PlotFile, KeepsNumbersThatHaveNoMeaning)
 {
     const double nan = std::numeric_limits<double>::quiet_NaN();
     PlotBytes bytes;
-    bytes.Layer(u"0").Begin(9).Int(0).String(u"").Int(77).Double(0).Float(1).Int(-5).Point(nan, 1e308, -0.0).String(u"");
+    bytes.Layer(u"0")
+        .Begin(9)
+        .Int(0)
+        .String(u"")
+        .Int(77)
+        .Double(0)
+        .Float(1)
+        .Int(-5)
+        .Point(nan, 1e308, -0.0)
+        .String(u"");
     bytes.Begin(4).Int(0).Int(99).Float(-1).Point(nan, 0, 0).Point(0, 0, 0);
     const std::string file = bytes.File();
     EXPECT_EQ(Written(Reading(file).document), file);
@@ -370,7 +405,12 @@ TEST(PlotFile, SharesOnePictureAmongTheImagesOfAFile)
     bytes.Layer(u"0");
     for (int i = 0; i < 2; ++i) {
         bytes.Begin(11).Int(0).Int(2).Int(50).Int(50).Int(0).String(std::u16string(name.begin(), name.end()));
-        bytes.String(u"").String(u"").String(u"").Doubles({1, 0, 0, 0, 1, 0}).Count(3).Doubles({0, 0, 0, 4, 4, 4});
+        bytes.String(u"")
+            .String(u"")
+            .String(u"")
+            .Doubles({1, 0, 0, 0, 1, 0})
+            .Count(3)
+            .Doubles({0, 0, 0, 4, 4, 4});
         bytes.Doubles({0, 0, 4, 4, 0});
     }
     const Reading reading(bytes.File());

@@ -239,7 +239,9 @@ inline const std::vector<PlotKind>& All()
              EXPECT_TRUE(dynamic_cast<const DXFMText&>(e).GetTextInfo().MultiLine());
          }},
         {"line", [](PlotBytes& b) { LineData(b).Point(1, 2, 3).Point(4, 5, 6); },
-         []() -> std::unique_ptr<DXFEntity> { return Styled(std::make_unique<DXFLine>(P3(1, 2, 3), P3(4, 5, 6))); },
+         []() -> std::unique_ptr<DXFEntity> {
+             return Styled(std::make_unique<DXFLine>(P3(1, 2, 3), P3(4, 5, 6)));
+         },
          [](const DXFEntity& e) {
              ExpectLineData(e);
              EXPECT_EQ(dynamic_cast<const DXFLine&>(e).Start(), P3(1, 2, 3));
@@ -280,11 +282,14 @@ inline const std::vector<PlotKind>& All()
          }},
         {"text", [](PlotBytes& b) { TextBytes(b, u"a \xD83D\xDE00 \xD83D \x4E2D"); },
          []() -> std::unique_ptr<DXFEntity> { return NewText<DXFText>(L"a \x1F600 \xD83D \x4E2D"); },
-         [](const DXFEntity& e) { ExpectText(e, L"a \x1F600 \xD83D \x4E2D"); }},
+         [](const DXFEntity& e) {
+             ExpectText(e, L"a \x1F600 \xD83D \x4E2D");
+         }},
         {"arc",
          [](PlotBytes& b) { LineData(b).Double(7).Point(1, 2, 3).Double(350).Double(10).Point(0, 0.6, 0.8); },
          []() -> std::unique_ptr<DXFEntity> {
-             return Styled(std::make_unique<DXFArc>(P3(1, 2, 3), 7, 350, 10, GTL::Vector3D<double>(0, 0.6, 0.8)));
+             return Styled(
+                 std::make_unique<DXFArc>(P3(1, 2, 3), 7, 350, 10, GTL::Vector3D<double>(0, 0.6, 0.8)));
          },
          [](const DXFEntity& e) {
              const auto& arc = dynamic_cast<const DXFArc&>(e);

@@ -26,7 +26,8 @@ _halyard()
     elif [[ -z $command ]]; then
         mapfile -t COMPREPLY < <(compgen -W 'info dump convert clip transform layers render' -- "$current")
     else
-        mapfile -t COMPREPLY < <(compgen -d -- "$current"; compgen -f -X '!*.[dD][xX][fF]' -- "$current")
+        mapfile -t COMPREPLY < <(compgen -d -- "$current"; compgen -f -X '!*.[dD][xX][fF]' -- "$current"
+            compgen -f -X '!*.[pP][lL][oO][tT]' -- "$current")
     fi
 }
 
