@@ -2,6 +2,8 @@
 #include "Commands.h"
 #include "EditDrawing.h"
 #include "LayerNames.h"
+#include "Report.h"
+#include "platform/FilePath.h"
 #include "platform/Utf8.h"
 
 #include <CLI/CLI.hpp>
@@ -78,6 +80,14 @@ Complaint Order(Drawing& drawing, const std::string& names)
     return std::nullopt;
 }
 
+/// A drawing begins with layer "0", so a file that is read brings it back to its place.
+void WarnOfLayerZero(Drawing& drawing, const std::string& out)
+{
+    const bool isPlot = FilePath::SameText(FilePath::Extension(FromUtf8(out)), L"plot");
+    if (!isPlot && drawing.Document().GetLayerOrder().front() != L"0")
+        Warn(FromUtf8(out), L"layer 0 comes first whenever a DXF file is read, whatever its place was");
+}
+
 /// The steps in the order in which they stand on the command line.
 Complaint Apply(const CLI::App& command, const LayersOptions& options, Drawing& drawing)
 {
@@ -87,6 +97,7 @@ Complaint Apply(const CLI::App& command, const LayersOptions& options, Drawing& 
         if (step == options.steps.end()) continue;
         if (auto complaint = step->second(drawing, option->results()[taken[option]++])) return complaint;
     }
+    WarnOfLayerZero(drawing, options.edit.out);
     return std::nullopt;
 }
 

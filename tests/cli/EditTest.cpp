@@ -33,7 +33,8 @@ protected:
     std::string LayerOrder(const std::string& file) const
     {
         std::string names;
-        for (const json& layer : Info(file)["layers"]) names += layer["name"].get<std::string>() + " ";
+        const json info = Info(file);
+        for (const json& layer : info["layers"]) names += layer["name"].get<std::string>() + " ";
         return names;
     }
 };
@@ -53,7 +54,7 @@ TEST_F(ClipCommand, KeepsWhatShowsWithItsLooks)
     EXPECT_EQ(Kinds(entities), "ARC A; ARC A; LINE B; LINE B; POLYGON C; POLYGON C; ");
     ASSERT_EQ(entities.size(), 6U);
     double sweep = 0;
-    for (int i : {0, 1}) {
+    for (const std::size_t i : {std::size_t{0}, std::size_t{1}}) {
         EXPECT_EQ(entities[i]["color"], "#0000ff");
         EXPECT_EQ(entities[i]["radius"], 2);
         sweep += std::fmod(entities[i]["end_angle"].get<double>() - entities[i]["start_angle"].get<double>() + 360,
@@ -111,7 +112,7 @@ TEST_F(TransformCommand, TakesItsStepsInTheOrderGiven)
 TEST_F(TransformCommand, TurnsWhatInsertsShow)
 {
     // Extruded downwards the block is mirrored: its point (1, 2) lies at (-1, 2) before the turn.
-    Write("in.dxf", Drawing("0 INSERT|8 A|2 D|10 0|20 0|230 -1", LAYERS,
+    Write("in.dxf", Drawing("0 INSERT|8 A|2 D|10 0|20 0|210 0|220 0|230 -1", LAYERS,
                             "0 BLOCK|2 D|10 0|20 0|0 POINT|8 B|10 1|20 2|0 ENDBLK"));
     const std::vector<json> entities = Edited("transform --rotate 90");
     ASSERT_EQ(Kinds(entities), "POINT B; ");
@@ -131,14 +132,16 @@ TEST_F(LayersCommand, RenamesRemovesAndReorders)
         {"--rename A=B1 --rename B1=A2", "0 A2 B C "},
         {"--remove a", "0 B C "},
         {"--front A", "0 B C A "},
-        {"--back C --front 0", "C A B 0 "},
+        {"--back C --back 0 --front A", "0 C B A "},
         {"--order C,A", "0 B C A "},
-        {"--remove B --rename C=B --back B", "B 0 A "},
+        {"--remove B --rename C=B --back B --back 0", "0 B A "},
     };
     for (const auto& row : rows) {
         EXPECT_NE(Edited(std::string("layers ") + row.steps).size(), 0U);
         EXPECT_EQ(LayerOrder("out.dxf"), row.order) << row.steps;
     }
+    EXPECT_NE(Halyard("layers --front 0 in.dxf out.dxf").err.find("warning: layer 0 comes first"),
+              std::string::npos);
 }
 
 TEST_F(EditCommands, SayInOneSentenceWhatCannotBeDone)
