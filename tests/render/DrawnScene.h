@@ -16,8 +16,8 @@ using View = GTL::Extents2D<double>;
 inline const std::atomic<bool> GO{true};
 
 /// The picture of a drawing on black.
-inline std::vector<std::uint32_t> Picture(const DXF& drawing, const View& view, const CRect& rect,
-                                          const DrawingOption& option, WinDXFDrawer::Report* report = nullptr)
+inline std::vector<std::uint32_t> PictureOf(const DXF& drawing, const View& view, const CRect& rect,
+                                            const DrawingOption& option)
 {
     CBitmap bitmap;
     EXPECT_TRUE(bitmap.CreateBitmap(rect.Width(), rect.Height()));
@@ -26,7 +26,6 @@ inline std::vector<std::uint32_t> Picture(const DXF& drawing, const View& view, 
     WinDXFDrawer drawer(option);
     EXPECT_TRUE(bool(drawer.Init(&dc, view, rect)));
     drawer.Draw(drawing, GO);
-    if (report) *report = drawer.GetReport();
     return {bitmap.Pixels(), bitmap.Pixels() + rect.Width() * rect.Height()};
 }
 
