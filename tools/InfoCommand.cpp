@@ -1,8 +1,9 @@
 #include "Commands.h"
 #include "Drawing.h"
 #include "EntityDump.h"
+#include "InfoText.h"
 #include "Interrupt.h"
-#include "JsonWriter.h"
+#include "ModelInfo.h"
 #include "Report.h"
 #include "Summary.h"
 #include "TextTable.h"
@@ -11,25 +12,10 @@
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
-#include <algorithm>
-#include <charconv>
-#include <cmath>
-#include <cstdio>
 #include <map>
 #include <memory>
 
 namespace {
-
-using Json = nlohmann::ordered_json;
-
-Json PointJson(const GTL::Point3D<double>& point)
-{
-    Json array = Json::array();
-    // Numbers that JSON does not know become null.
-    for (const double value : {point.X(), point.Y(), point.Z()})
-        array.push_back(std::isfinite(value) ? Json(value) : Json());
-    return array;
-}
 
 Json LayersJson(const DXF& document)
 {
@@ -55,27 +41,6 @@ Json BlocksJson(const DXF& document)
                           {"base", PointJson(block->second->BasePoint())},
                           {"entities", block->second->GetDXF()->NumEntities()}});
     return blocks;
-}
-
-/// Escapes the characters U+007F to U+009F, which JSON may hold as they are but a terminal obeys. They stand
-/// in strings only.
-std::string WithoutControls(const std::string& json)
-{
-    std::string text;
-    for (std::size_t i = 0; i < json.size(); ++i) {
-        const bool isDelete = json[i] == '\x7F';
-        const bool isControl =
-            json[i] == '\xC2' && i + 1 < json.size() && static_cast<unsigned char>(json[i + 1]) < 0xA0;
-        if (!isDelete && !isControl) {
-            text += json[i];
-            continue;
-        }
-        char escape[sizeof "\\u0000"];
-        std::snprintf(escape, sizeof escape, "\\u%04x",
-                      static_cast<unsigned>(isDelete ? 0x7F : static_cast<unsigned char>(json[++i])));
-        text += escape;
-    }
-    return text;
 }
 
 std::string InfoJson(const Drawing& drawing, const Summary& summary)
@@ -104,42 +69,7 @@ std::string InfoJson(const Drawing& drawing, const Summary& summary)
     for (const auto& [name, count] : drawing.Skipped()) info["skipped"][ToUtf8(name)] = count;
     info["warnings"] = Json::array();
     for (const std::wstring& warning : drawing.Warnings()) info["warnings"].push_back(ToUtf8(warning));
-    return WithoutControls(info.dump(2, ' ', false, Json::error_handler_t::replace)) + "\n";
-}
-
-std::string Shown(const std::wstring& text)
-{
-    return Printable(AsMeant(text));
-}
-
-template <class T>
-std::string ShortestText(T value)
-{
-    JsonWriter text;
-    text.Number(value);
-    return text.Text();
-}
-
-/// For people: no more than six decimals, which is what files mostly hold, and no zeros at the end.
-std::string CoordinateText(double value)
-{
-    constexpr double LARGEST_IN_DIGITS = 1e15;
-    constexpr int DECIMALS = 6;
-    if (!std::isfinite(value)) return "unknown";
-    if (std::abs(value) >= LARGEST_IN_DIGITS) return ShortestText(value);
-    char digits[32];
-    const std::to_chars_result end =
-        std::to_chars(digits, digits + sizeof digits, value, std::chars_format::fixed, DECIMALS);
-    std::string text(digits, end.ptr);
-    text.resize(text.find_last_not_of('0') + 1);
-    if (text.ends_with('.')) text.pop_back();
-    return text == "-0" ? "0" : text;
-}
-
-std::string PointText(const GTL::Point3D<double>& point)
-{
-    return "(" + CoordinateText(point.X()) + ", " + CoordinateText(point.Y()) + ", "
-           + CoordinateText(point.Z()) + ")";
+    return JsonText(info);
 }
 
 /// The name under which people know a release.
@@ -232,6 +162,7 @@ std::string InfoText(const Drawing& drawing, const Summary& summary)
 
 int Info(const std::wstring& file, bool json)
 {
+    if (const auto model = RecognizeFile(file).model) return ModelInfo(file, *model, json);
     Drawing drawing;
     if (!drawing.Read(file, {}))
         return Interrupt::IsStopped() ? SayStopped() : Fail(file, drawing.Complaint());
@@ -244,12 +175,11 @@ int Info(const std::wstring& file, bool json)
 
 void AddInfo(CLI::App& program, int& status)
 {
-    CLI::App* command =
-        program.add_subcommand("info", "Show what is in a drawing: layers, blocks, entities, extents");
-    command->footer("Example:\n  halyard info plan.dxf");
+    CLI::App* command = program.add_subcommand("info", "Show what is in a drawing or a model");
+    command->footer("Examples:\n  halyard info plan.dxf\n  halyard info house.3ds");
     const auto file = std::make_shared<std::string>();
     const auto json = std::make_shared<bool>(false);
-    command->add_option("FILE", *file, "The drawing to read")->required();
+    command->add_option("FILE", *file, "The drawing or model (.3ds, .skp) to read")->required();
     command->add_flag("--json", *json, "Print one JSON object, for scripts");
     command->callback([file, json, &status] { status = Info(FromUtf8(*file), *json); });
 }

@@ -66,13 +66,19 @@ bool IsBmp(std::string_view bytes)
     return bytes.starts_with("BM") && bytes.substr(0, 10).ends_with("\0\0\0\0"sv);
 }
 
-/// A main chunk, with the chunk in it that most files have first where the length could be the mark of TIFF.
+/// A main chunk and in it one of the chunks that stand there. Where the length could be the mark of TIFF, the
+/// chunk that most files have first.
 bool Is3ds(std::string_view bytes)
 {
     constexpr std::size_t HEADER_SIZE = 6;
+    constexpr std::string_view CHILDREN[] = {"\x02\0"sv, "=="sv,       ">="sv,    "\0\x40"sv,
+                                             "\0\x41"sv, "\xFF\xAF"sv, "\0\xB0"sv};
     if (!bytes.starts_with("MM") || bytes.size() < HEADER_SIZE) return false;
     const std::string_view child = bytes.substr(HEADER_SIZE);
-    return !bytes.starts_with("MM\0*"sv) || child.starts_with("\x02\0\x0A\0\0\0"sv) || child.starts_with("==");
+    if (bytes.starts_with("MM\0*"sv)) return child.starts_with("\x02\0\x0A\0\0\0"sv);
+    return child.empty() || std::any_of(std::begin(CHILDREN), std::end(CHILDREN), [child](auto id) {
+               return child.starts_with(id);
+           });
 }
 
 /// Every second byte of the first few is 0: text in two bytes a character without a mark.
@@ -152,7 +158,8 @@ Recognition Recognize(std::string_view bytes)
     if (Is3ds(bytes))
         return FindModel(MODEL::IN_3DS, L"is a 3DS model, not a drawing; 'halyard convert' makes one of it");
     if (bytes.starts_with("\xFF\xFE\xFF"sv))
-        return FindModel(MODEL::SKETCHUP, L"is a SketchUp model, not a drawing; 'halyard convert' makes one of it");
+        return FindModel(MODEL::SKETCHUP,
+                         L"is a SketchUp model, not a drawing; 'halyard convert' makes one of it");
     for (const Signature& signature : SIGNATURES)
         if (bytes.starts_with(signature.bytes)) return Refuse(signature.complaint);
     if (IsBmp(bytes)) return Refuse(L"is a BMP picture, not a drawing");
