@@ -17,6 +17,7 @@
 #include "model/DXFPolygon.h"
 #include "model/DXFSolid.h"
 #include "model/DXFText.h"
+#include "model/FetchAhead.h"
 
 #include <algorithm>
 #include <memory>
@@ -27,18 +28,6 @@ using Window = GTL::Extents2D<double>;
 using Pieces = std::vector<GTL::Polyline<P3>>;
 
 namespace {
-
-/// Large layers do not fit into the caches: an entity is asked for some places before its turn, with the head
-/// of the block of memory behind it (its vertices, often), which freeing it reads.
-constexpr std::size_t PREFETCHED_AHEAD = 8;
-
-void Prefetch(const DXFEntity* entity)
-{
-    constexpr std::size_t LINE_BYTES = 64;
-    constexpr std::size_t LINES = 5;
-    const char* bytes = reinterpret_cast<const char*>(entity);
-    for (std::size_t line = 0; line < LINES; ++line) __builtin_prefetch(bytes + line * LINE_BYTES);
-}
 
 /// Without a layer in the context the piece has no place and goes.
 void AddPiece(DXFClipContext& context, std::unique_ptr<DXFEntity> piece)
@@ -228,7 +217,7 @@ bool DXFLayer::Clip(DXFClipContext& context, const std::atomic<bool>& keepGoing)
     context.layer = this;
     bool run = true;
     for (std::size_t i = 0; i < pending.size(); ++i) {
-        if (i + PREFETCHED_AHEAD < pending.size()) Prefetch(pending[i + PREFETCHED_AHEAD]);
+        FetchAhead(pending, i, pending.size());
         // Entities that a cleared flag leaves unvisited are dropped.
         std::unique_ptr<DXFEntity> entity(pending[i]);
         run = run && keepGoing;
