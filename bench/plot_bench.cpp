@@ -151,15 +151,15 @@ void ChecksumAlone(benchmark::State& state, DXFEntity* (*make)(int))
     Finish(state);
 }
 
-BENCHMARK_CAPTURE(CopyInMemory, lines, NewLine)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(ChecksumAlone, lines, NewLine)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(WritePlot, lines, NewLine)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(WritePlot, polylines, NewPolyline)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(WritePlot, texts, NewText)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(WritePlot, mixed, NewMixed)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(ReadPlot, lines, NewLine)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(ReadPlot, polylines, NewPolyline)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(ReadPlot, texts, NewText)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(ReadPlot, mixed, NewMixed)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(CopyInMemory, lines, NewLine)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(ChecksumAlone, lines, NewLine)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(WritePlot, lines, NewLine)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(WritePlot, polylines, NewPolyline)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(WritePlot, texts, NewText)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(WritePlot, mixed, NewMixed)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(ReadPlot, lines, NewLine)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(ReadPlot, polylines, NewPolyline)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(ReadPlot, texts, NewText)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(ReadPlot, mixed, NewMixed)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 } // namespace

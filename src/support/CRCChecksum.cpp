@@ -1,5 +1,7 @@
 #include "support/CRCChecksum.h"
 
+#include "platform/CarrylessFold.h"
+
 #include <array>
 
 namespace {
@@ -41,6 +43,15 @@ std::uint32_t Fold(std::uint32_t word, std::size_t n)
            ^ SLICE[n][word >> 24];
 }
 
+std::uint32_t Feed(std::uint32_t state, const unsigned char* next, std::size_t count)
+{
+    for (; count >= SLICES; count -= SLICES, next += SLICES)
+        state = Fold(state ^ LittleEndian(next), 12) ^ Fold(LittleEndian(next + 4), 8)
+                ^ Fold(LittleEndian(next + 8), 4) ^ Fold(LittleEndian(next + 12), 0);
+    for (; count > 0; --count, ++next) state = state >> 8 ^ SLICE[0][(state ^ *next) & 0xFF];
+    return state;
+}
+
 } // namespace
 
 CRCChecksum& CRCChecksum::operator+=(int value)
@@ -63,11 +74,9 @@ void CRCChecksum::UpdateInts(const int* values, std::size_t count)
 
 void CRCChecksum::Update(const void* bytes, std::size_t count)
 {
-    auto next = static_cast<const unsigned char*>(bytes);
-    std::uint32_t state = m_State;
-    for (; count >= SLICES; count -= SLICES, next += SLICES)
-        state = Fold(state ^ LittleEndian(next), 12) ^ Fold(LittleEndian(next + 4), 8)
-                ^ Fold(LittleEndian(next + 8), 4) ^ Fold(LittleEndian(next + 12), 0);
-    for (; count > 0; --count, ++next) state = state >> 8 ^ SLICE[0][(state ^ *next) & 0xFF];
-    m_State = state;
+    const auto first = static_cast<const unsigned char*>(bytes);
+    unsigned char rest[CarrylessFold::REST_SIZE];
+    const std::size_t folded = CarrylessFold::Fold(m_State, first, count, rest);
+    if (folded > 0) m_State = Feed(0, rest, sizeof rest);
+    m_State = Feed(m_State, first + folded, count - folded);
 }

@@ -73,16 +73,20 @@ TEST(CRCChecksum, IsThatOfTheDivisionForEveryLengthAndSplit)
     std::mt19937 random(5);
     std::string bytes(300, '\0');
     for (char& c : bytes) c = static_cast<char>(random());
-    for (std::size_t length = 0; length <= 100; ++length) {
+    for (std::size_t length = 0; length <= 290; ++length) {
         const std::string_view part(bytes.data() + length % 7, length);
         EXPECT_EQ(ChecksumOf(part), ChecksumBySteps(part)) << length;
     }
     CRCChecksum pieces;
     for (std::size_t at = 0, size = 0; at < bytes.size(); at += size, size = random() % 40)
         pieces.Update(bytes.data() + at, std::min(size, bytes.size() - at));
-    CRCChecksum whole;
-    whole.Update(bytes.data(), bytes.size());
-    EXPECT_EQ(whole.Value(), ChecksumBySteps(bytes));
+    EXPECT_EQ(pieces.Value(), ChecksumBySteps(bytes));
+    for (const std::size_t half : {1U, 140U, 160U}) {
+        CRCChecksum halves;
+        halves.Update(bytes.data(), half);
+        halves.Update(bytes.data() + half, bytes.size() - half);
+        EXPECT_EQ(halves.Value(), ChecksumBySteps(bytes)) << half;
+    }
 }
 
 TEST(CRCChecksum, FoldsAnIntAsFourBytesLowestFirst)
