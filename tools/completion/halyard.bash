@@ -13,7 +13,7 @@ _halyard()
     case $command in
         '') options='--help --version' ;;
         info) options='--help --json' ;;
-        convert) options='--help --plain --true-color' ;;
+        convert) options='--help --plain --swap-axes --true-color --units' ;;
         clip) options='--help --plain --true-color --window' ;;
         transform) options='--help --layers --move --plain --rotate --scale --true-color' ;;
         layers) options='--back --front --help --order --plain --remove --rename --true-color' ;;
@@ -27,7 +27,11 @@ _halyard()
         mapfile -t COMPREPLY < <(compgen -W 'info dump convert clip transform layers render' -- "$current")
     else
         mapfile -t COMPREPLY < <(compgen -d -- "$current"; compgen -f -X '!*.[dD][xX][fF]' -- "$current"
-            compgen -f -X '!*.[pP][lL][oO][tT]' -- "$current")
+            compgen -f -X '!*.[pP][lL][oO][tT]' -- "$current"
+            if [[ $command == info || $command == convert ]]; then
+                compgen -f -X '!*.3[dD][sS]' -- "$current"
+                compgen -f -X '!*.[sS][kK][pP]' -- "$current"
+            fi)
     fi
 }
 
