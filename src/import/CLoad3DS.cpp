@@ -1,6 +1,7 @@
 #include "import/CLoad3DS.h"
 
 #include "import/ChunkFile.h"
+#include "import/ModelMemory.h"
 
 #include <algorithm>
 #include <bit>
@@ -48,23 +49,6 @@ std::uint32_t U16(const unsigned char* bytes)
     return bytes[0] | std::uint32_t{bytes[1]} << 8;
 }
 
-template <class T>
-T* Allocate(std::size_t count)
-{
-    if (count == 0) return nullptr;
-    void* memory = std::malloc(count * sizeof(T));
-    if (!memory) throw std::bad_alloc();
-    return static_cast<T*>(memory);
-}
-
-/// Frees an array and leaves none.
-template <class T>
-void Free(T*& array)
-{
-    std::free(array);
-    array = nullptr;
-}
-
 unsigned char ColorByte(float part)
 {
     // What is not a number is no light.
@@ -79,6 +63,7 @@ bool CLoad3DS::Import3DS(t3DModel* model, const wchar_t* fileName, bool swapAxes
     if (!model || !fileName) return false;
     model->materials.clear();
     model->objects.clear();
+    model->memory.clear();
     m_SwapAxes = swapAxes;
     CleanUp();
     try {
@@ -94,6 +79,7 @@ bool CLoad3DS::Import(t3DModel& model, const wchar_t* fileName)
 {
     m_CurrentChunk = std::make_shared<tChunk>();
     m_TempChunk = std::make_shared<tChunk>();
+    m_Memory = std::make_shared<ModelMemory>(model);
     m_File = std::make_shared<ChunkFile>();
     if (!m_File->Open(fileName)) {
         CleanUp();
@@ -110,6 +96,7 @@ bool CLoad3DS::Import(t3DModel& model, const wchar_t* fileName)
 void CLoad3DS::CleanUp()
 {
     m_File.reset();
+    m_Memory.reset();
     m_CurrentChunk.reset();
     m_TempChunk.reset();
     m_FirstOfName.clear();
@@ -119,13 +106,8 @@ void CLoad3DS::CleanUp()
 void CLoad3DS::FreeModel(t3DModel* model)
 {
     if (!model) return;
-    for (t3DObject& object : model->objects) {
-        Free(object.pVerts);
-        Free(object.pNormals);
-        Free(object.pTexVerts);
-        Free(object.pFaceMaterials);
-        Free(object.pFaces);
-    }
+    for (void* block : model->memory) std::free(block);
+    model->memory.clear();
     model->objects.clear();
     model->materials.clear();
 }
@@ -317,10 +299,8 @@ std::uint32_t CLoad3DS::Believed(std::uint32_t count, std::size_t inFile, std::s
 template <class T>
 void CLoad3DS::ReadArray(T*& array, std::int32_t& number, tChunk& chunk)
 {
-    Free(array);
-    number = 0;
     const std::uint32_t count = Believed(ReadCount(chunk), sizeof(T), sizeof(T), chunk);
-    array = Allocate<T>(count);
+    array = m_Memory->Allocate<T>(count);
     number = static_cast<std::int32_t>(count);
     const auto size = static_cast<std::uint32_t>(count * sizeof(T));
     const std::uint32_t done = ReadBytes(array, size, chunk);
@@ -358,13 +338,10 @@ void CLoad3DS::ForEachRecord(std::uint32_t count, tChunk& chunk, Take take)
 /// The chunks within a face list follow its faces. They are left to the loop over the object's chunks.
 void CLoad3DS::ReadVertexIndices(t3DObject& object, tChunk& chunk)
 {
-    Free(object.pFaces);
-    Free(object.pFaceMaterials);
-    object.numOfFaces = 0;
     const std::uint32_t count =
         Believed(ReadCount(chunk), FACE_SIZE_IN_FILE, sizeof(t3DFace) + sizeof(std::int32_t), chunk);
-    object.pFaces = Allocate<t3DFace>(count);
-    object.pFaceMaterials = Allocate<std::int32_t>(count);
+    object.pFaces = m_Memory->Allocate<t3DFace>(count);
+    object.pFaceMaterials = m_Memory->Allocate<std::int32_t>(count);
     object.numOfFaces = static_cast<std::int32_t>(count);
     std::fill_n(object.pFaceMaterials, count, -1);
     t3DFace* face = object.pFaces;

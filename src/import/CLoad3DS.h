@@ -8,6 +8,7 @@
 #include <string>
 
 class ChunkFile;
+class ModelMemory;
 
 /// Reads binary 3DS files into plain records and computes normals of the vertices.
 ///
@@ -17,7 +18,7 @@ class ChunkFile;
 class HALYARD_API CLoad3DS {
 public:
     /// Empties the model and reads a file into it. The arrays of the model's old objects are not freed: call
-    /// FreeModel first where nobody else holds them. With swapAxes each vertex (x, y, z) becomes (x, z, -y),
+    /// FreeModel first where no copy of the model needs them. With swapAxes each vertex (x, y, z) becomes (x, z, -y),
     /// which turns a model whose z points up into one whose y does.
     ///
     /// False, and an empty model, when the file cannot be opened or does not start as a 3DS file (such a file
@@ -33,8 +34,8 @@ public:
     /// what 0 / 0 is. Faces that name a vertex that is not there take no part. False when memory runs out.
     static bool ComputeNormals(t3DModel* model);
 
-    /// Frees the arrays of all objects and empties the model: the way to free what Import3DS and
-    /// ComputeNormals allocated.
+    /// Frees all arrays that Import3DS and ComputeNormals allocated for the model, and empties it: the one
+    /// way to free them.
     static void FreeModel(t3DModel* model);
 
 private:
@@ -72,6 +73,7 @@ private:
                            const tChunk& chunk);
 
     std::shared_ptr<ChunkFile> m_File;
+    std::shared_ptr<ModelMemory> m_Memory;
     std::shared_ptr<tChunk> m_CurrentChunk; ///< the main chunk
     std::shared_ptr<tChunk> m_TempChunk;    ///< the colour within a material's colour
     bool m_SwapAxes = false;

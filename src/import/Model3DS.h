@@ -38,7 +38,7 @@ struct t3DFace {
 };
 
 /// One named object: a mesh in units that the file does not tell. The arrays are null when they are empty.
-/// Copies share them; CLoad3DS::FreeModel frees them.
+/// They belong to the model: copies share them, CLoad3DS::FreeModel frees them all at once.
 struct t3DObject {
     std::int32_t numOfVerts = 0;
     std::int32_t numOfFaces = 0;
@@ -57,4 +57,5 @@ struct t3DObject {
 struct t3DModel {
     std::vector<tMaterialInfo> materials;
     std::vector<t3DObject> objects;
+    std::vector<void*> memory; ///< what the arrays stand in; for CLoad3DS alone
 };

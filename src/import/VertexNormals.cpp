@@ -1,7 +1,8 @@
 #include "import/CLoad3DS.h"
 
+#include "import/ModelMemory.h"
+
 #include <cmath>
-#include <cstdlib>
 #include <exception>
 
 namespace {
@@ -75,12 +76,11 @@ bool CLoad3DS::ComputeNormals(t3DModel* model)
 try {
     if (!model) return true;
     std::vector<FaceSum> sums;
+    ModelMemory memory(*model);
     for (t3DObject& object : model->objects) {
         if (object.numOfVerts <= 0 || !object.pVerts) continue;
         SumFaces(object, sums);
-        void* memory = std::realloc(object.pNormals, sums.size() * sizeof(t3DPoint));
-        if (!memory) return false;
-        object.pNormals = static_cast<t3DPoint*>(memory);
+        if (!object.pNormals) object.pNormals = memory.Allocate<t3DPoint>(sums.size());
         for (std::size_t i = 0; i < sums.size(); ++i) object.pNormals[i] = VertexNormal(sums[i]);
     }
     return true;
