@@ -55,8 +55,7 @@ DXFLine* ShortLine(Random& random, double left, double right)
     const double angle = Between(random, 0, TURN);
     const double x = Between(random, left + LENGTH, right - LENGTH);
     const double y = Between(random, LENGTH, HEIGHT - LENGTH);
-    auto* line =
-        new DXFLine({x, y, 0}, {x + LENGTH * std::cos(angle), y + LENGTH * std::sin(angle), 0});
+    auto* line = new DXFLine({x, y, 0}, {x + LENGTH * std::cos(angle), y + LENGTH * std::sin(angle), 0});
     line->SetColor(0xFFFFFFUL);
     return line;
 }

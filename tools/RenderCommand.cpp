@@ -157,7 +157,9 @@ double UsableHalf(double low, double high, double center)
 View AroundOf(const View& box)
 {
     constexpr double REACH = 1e300;
-    const auto usable = [REACH](double v) { return std::clamp(v, -REACH, REACH); };
+    const auto usable = [REACH](double v) {
+        return std::clamp(v, -REACH, REACH);
+    };
     const double x0 = usable(box.MinX());
     const double x1 = usable(box.MaxX());
     const double y0 = usable(box.MinY());
@@ -213,8 +215,8 @@ View Shaped(const View& view, const CSize& size)
 void WarnOf(const WinDXFDrawer::Report& report, const std::wstring& file)
 {
     if (report.missingBlocks > 0)
-        Warn(file, std::to_wstring(report.missingBlocks)
-                       + L" inserts show nothing: the drawing lacks the block");
+        Warn(file,
+             std::to_wstring(report.missingBlocks) + L" inserts show nothing: the drawing lacks the block");
     if (report.recursive > 0)
         Warn(file, std::to_wstring(report.recursive)
                        + L" inserts were left out: a block holds itself, or blocks are nested too deep");
@@ -289,9 +291,10 @@ int Render(const Options& options)
 void AddRender(CLI::App& program, int& status)
 {
     CLI::App* command = program.add_subcommand("render", "Draw a drawing into a picture (PNG or BMP)");
-    command->footer("Without options the picture is 1600 pixels wide and shows all visible layers with a margin "
-                    "around, on dark.\n\nExamples:\n  halyard render plan.dxf plan.png\n"
-                    "  halyard render --size 800x600 --background white --hide TEXT plan.dxf plan.png");
+    command->footer(
+        "Without options the picture is 1600 pixels wide and shows all visible layers with a margin "
+        "around, on dark.\n\nExamples:\n  halyard render plan.dxf plan.png\n"
+        "  halyard render --size 800x600 --background white --hide TEXT plan.dxf plan.png");
     const auto options = std::make_shared<Options>();
     command->add_option("IN", options->in, "The drawing to read")->required();
     command->add_option("OUT", options->out, "The picture to write, named .png or .bmp")

@@ -157,11 +157,11 @@ void WinDXFDrawer::DrawCell(const DXFBlock& block, const Map& map, const DXFInse
     m_IsTransforming = true;
     const DXF& contents = *block.GetDXF();
     for (std::size_t i = 0; i < contents.NumLayers(); ++i)
-        if (contents[i]->IsVisible()) DrawLayerOf(block, *contents[i], insert);
+        if (contents[i]->IsVisible()) DrawLayer(*contents[i], insert);
 }
 
 /// What lies on layer "0" of a block looks as the insert does; another layer is that of the document.
-void WinDXFDrawer::DrawLayerOf(const DXFBlock&, const DXFLayer& layer, const DXFInsert& insert)
+void WinDXFDrawer::DrawLayer(const DXFLayer& layer, const DXFInsert& insert)
 {
     const Look inherited = m_Look;
     if (layer.Name() != L"0") {

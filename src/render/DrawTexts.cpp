@@ -91,11 +91,10 @@ bool WinDXFDrawer::CreateFontW(const TextInfo& info)
     if (cell == 0) return false;
     const int escapement = static_cast<int>(info.Rotation().Get() * 10);
     const int style = info.Style();
-    m_HasFont = m_Font.CreateFontW(cell, 0, escapement, 0,
-                                   (style & TextInfo::BOLD) != 0 ? WEIGHT_BOLD : WEIGHT_PLAIN,
-                                   (style & TextInfo::ITALIC) != 0, (style & TextInfo::UNDERLINE) != 0, false,
-                                   ANSI_CHARSET, OUT_TT_ONLY_PRECIS, CLIP_LH_ANGLES, PROOF_QUALITY,
-                                   DEFAULT_PITCH, info.Font().c_str());
+    m_HasFont = m_Font.CreateFontW(
+        cell, 0, escapement, 0, (style & TextInfo::BOLD) != 0 ? WEIGHT_BOLD : WEIGHT_PLAIN,
+        (style & TextInfo::ITALIC) != 0, (style & TextInfo::UNDERLINE) != 0, false, ANSI_CHARSET,
+        OUT_TT_ONLY_PRECIS, CLIP_LH_ANGLES, PROOF_QUALITY, DEFAULT_PITCH, info.Font().c_str());
     if (m_HasFont) m_FontInfo = info;
     return m_HasFont;
 }
@@ -169,8 +168,8 @@ void WinDXFDrawer::Write(const DXFImage& image)
     m_Points.clear();
     for (const P3& corner : outline) m_Points.push_back(ToPixel(corner));
     m_DC->SetClipPolygon(m_Points.data(), static_cast<int>(m_Points.size()));
-    m_DC->DrawPicture(*image.GetPicture(), pixelAt(0, image.Height()),
-                      pixelAt(image.Width(), image.Height()), pixelAt(0, 0), image.GetPicture()->hasColorKey);
+    m_DC->DrawPicture(*image.GetPicture(), pixelAt(0, image.Height()), pixelAt(image.Width(), image.Height()),
+                      pixelAt(0, 0), image.GetPicture()->hasColorKey);
     m_DC->ResetClip();
 }
 

@@ -21,7 +21,8 @@ public:
     /// What is known of a block in its own coordinates.
     struct BlockBox {
         Box box;
-        bool isWhole = true; ///< false when the block holds itself or nests too deep: there is more than the box
+        bool isWhole =
+            true; ///< false when the block holds itself or nests too deep: there is more than the box
         bool isOpen = false; ///< being measured
     };
 

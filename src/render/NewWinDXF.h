@@ -13,8 +13,8 @@ class DXFLayer;
 class WinDXFDrawer;
 
 /// A view of a drawing that keeps its last picture: a paint costs one copy of it as long as nothing that can
-/// be seen has changed. It is drawn anew when the view, the size or place of the rectangle, the document's id,
-/// the id of a layer in view, or which layers are in view is another than last time.
+/// be seen has changed. It is drawn anew when the view, the size or place of the rectangle, the document's
+/// id, the id of a layer in view, or which layers are in view is another than last time.
 ///
 /// A view belongs to one window and its thread. Other threads may edit the document meanwhile if they take
 /// the same locks: the document's, then the layer's. Several views may show one document: each keeps its own

@@ -5,8 +5,8 @@
 #include <array>
 #include <cstddef>
 
-/// The stretches of an arc that lie in a window, all of them, in the order of the arc. An arc with coordinates
-/// or a radius beyond about 1e150 has none.
+/// The stretches of an arc that lie in a window, all of them, in the order of the arc. An arc with
+/// coordinates or a radius beyond about 1e150 has none.
 class VisibleArcs {
 public:
     /// Bearings in degrees, clockwise from +y; end > start. A whole circle ends 360 above its start.

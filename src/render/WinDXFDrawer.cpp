@@ -104,7 +104,9 @@ bool WinDXFDrawer::InitMapper(const Window& extents)
 {
     const double width = extents.IsValid() ? extents.ExtentX() : 0;
     const double height = extents.IsValid() ? extents.ExtentY() : 0;
-    const auto middle = [](int a, int b) { return static_cast<int>((std::int64_t{a} + b) / 2); };
+    const auto middle = [](int a, int b) {
+        return static_cast<int>((std::int64_t{a} + b) / 2);
+    };
     const int x = middle(m_Rect.left, m_Rect.right);
     const int y = middle(m_Rect.top, m_Rect.bottom);
     const int w = Length(m_Rect.left, m_Rect.right);
@@ -276,7 +278,8 @@ void WinDXFDrawer::DrawVisibleLine(P2 from, P2 to)
     if (left > m_Visible.MaxX() + dx || right < m_Visible.MinX() - dx || low > m_Visible.MaxY() + dy
         || high < m_Visible.MinY() - dy)
         return;
-    if (left < m_Around.MinX() || right > m_Around.MaxX() || low < m_Around.MinY() || high > m_Around.MaxY()) {
+    if (left < m_Around.MinX() || right > m_Around.MaxX() || low < m_Around.MinY()
+        || high > m_Around.MaxY()) {
         from = WithinReach(from);
         to = WithinReach(to);
         double start = 0;

@@ -33,13 +33,14 @@ public:
     struct Report {
         std::uint64_t missingBlocks = 0; ///< inserts whose document has no such block
         std::uint64_t recursive = 0;     ///< inserts left out: a block within itself, or nested too deep
-        bool limitReached = false;       ///< more is left out: inserts stand for more than MAX_VISITS
+        bool limitReached = false;       ///< more is left out: inserts stand for too much
     };
 
     /// Inserts within inserts beyond this depth are left out; one outside of blocks has depth 1.
     static constexpr int MAX_DEPTH = 64;
-    /// Entities that a pass draws through inserts, nested inserts and cells of arrays counted.
-    static constexpr std::uint64_t MAX_VISITS = 10'000'000;
+    /// Entities that a pass draws through inserts, nested inserts and cells of arrays counted, unless set
+    /// otherwise.
+    static constexpr std::uint64_t DEFAULT_LIMIT = 10'000'000;
     /// Most chords of an arc. They lie within 2e-9 radii of it.
     static constexpr int MAX_ARC_STEPS = 1 << 16;
 
@@ -55,14 +56,17 @@ public:
     /// the drawer is not to be used then.
     ErrorString Init(CDC* dc, const GTL::Extents2D<double>& extents, const CRect& rect);
 
+    /// The most entities to draw through inserts from now on.
+    void SetLimit(std::uint64_t entities) { m_VisitsLeft = entities; }
+
     /// True device pixels to drawing units, z = 0, and back.
     GTL::Point3D<double> DeviceToLogic(const CPoint& pixel) const;
     CPoint LogicToDevice(const GTL::Point3D<double>& point) const;
     const GTL::Mapper2D<double, int>& GetMapper() const { return m_PixelMapper; }
 
-    /// All visible layers in drawing order, or one whatever its box and visibility, while the flag reads true.
-    /// Unlike DXF::Draw and DXFLayer::Draw these tell the drawer which layer an insert is on, and the first
-    /// looks at the boxes that composed inserts have.
+    /// All visible layers in drawing order, or one whatever its box and visibility, while the flag reads
+    /// true. Unlike DXF::Draw and DXFLayer::Draw these tell the drawer which layer an insert is on, and the
+    /// first looks at the boxes that composed inserts have.
     void Draw(const DXF& document, const std::atomic<bool>& keepGoing);
     void Draw(const DXFLayer& layer, const std::atomic<bool>& keepGoing);
     const Report& GetReport() const { return m_Report; }
@@ -129,7 +133,7 @@ private:
     void DrawPlainInsert(const DXFInsert& insert, const DXFBlock& block);
     void DrawComposedInsert(const DXFInsert& insert, const DXFBlock& block);
     void DrawCell(const DXFBlock& block, const Map& map, const DXFInsert& insert);
-    void DrawLayerOf(const DXFBlock& block, const DXFLayer& layer, const DXFInsert& insert);
+    void DrawLayer(const DXFLayer& layer, const DXFInsert& insert);
     bool Enter(const DXFBlock& block);
     bool GoesOn();
 
@@ -162,7 +166,7 @@ private:
     EntityPlacement m_Placement;
     DrawnExtents m_Boxes;
     Report m_Report;
-    std::uint64_t m_VisitsLeft = MAX_VISITS;
+    std::uint64_t m_VisitsLeft = DEFAULT_LIMIT;
     std::vector<const DXFBlock*> m_Path; ///< blocks being drawn
     const DXFLayer* m_Layer = nullptr;   ///< being drawn; null when not known
     Look m_Look;

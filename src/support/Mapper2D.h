@@ -54,8 +54,9 @@ public:
     virtual Point2D<T> Map(S x, S y) const { return Map(Point2D<S>(x, y)); }
     virtual Point2D<T> Map(const Point2D<S>& p) const
     {
-        return {Narrow<T>((double(p.X()) - double(m_SourceCenter.X())) * m_ScaleX + double(m_TargetCenter.X())),
-                Narrow<T>((double(p.Y()) - double(m_SourceCenter.Y())) * m_ScaleY + double(m_TargetCenter.Y()))};
+        return {
+            Narrow<T>((double(p.X()) - double(m_SourceCenter.X())) * m_ScaleX + double(m_TargetCenter.X())),
+            Narrow<T>((double(p.Y()) - double(m_SourceCenter.Y())) * m_ScaleY + double(m_TargetCenter.Y()))};
     }
     virtual Vector2D<T> MapSize(const Vector2D<S>& size) const { return {MapX(size.X()), MapY(size.Y())}; }
     virtual T MapX(S length) const { return Narrow<T>(double(length) * m_ScaleX); }
@@ -66,7 +67,8 @@ public:
     {
         return {
             Narrow<S>((double(p.X()) - double(m_TargetCenter.X())) * m_InverseX + double(m_SourceCenter.X())),
-            Narrow<S>((double(p.Y()) - double(m_TargetCenter.Y())) * m_InverseY + double(m_SourceCenter.Y()))};
+            Narrow<S>((double(p.Y()) - double(m_TargetCenter.Y())) * m_InverseY
+                      + double(m_SourceCenter.Y()))};
     }
     virtual Vector2D<S> UnmapSize(const Vector2D<T>& size) const
     {

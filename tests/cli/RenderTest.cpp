@@ -2,11 +2,13 @@
 #include "platform/Picture.h"
 #include "platform/Utf8.h"
 
+#include <algorithm>
 #include <set>
 
 class RenderCommand : public ProgramTest {
 protected:
-    static constexpr char PLAN[] = "0 LINE|8 WALLS|62 1|10 0|20 0|11 40|21 20|0 CIRCLE|8 PIPES|62 3|10 20|20 10|40 4";
+    static constexpr char PLAN[] =
+        "0 LINE|8 WALLS|62 1|10 0|20 0|11 40|21 20|0 CIRCLE|8 PIPES|62 3|10 20|20 10|40 4";
     static constexpr std::uint32_t RED = 0xFF0000;
     static constexpr std::uint32_t GREEN = 0x00FF00;
 
@@ -35,8 +37,9 @@ TEST_F(RenderCommand, DrawsTheWholeDrawingInItsShape)
     EXPECT_EQ(picture->height, 800);
     EXPECT_TRUE(Colors(*picture).contains(RED));
     EXPECT_TRUE(Colors(*picture).contains(GREEN));
-    // The margin of 2 % of 40 units is 0.8 of 41.6: the line begins 30.8 pixels from the lower left corner.
-    EXPECT_EQ(picture->pixels[std::size_t{784} * 1600 + 31] & 0xFFFFFF, RED);
+    // A margin of 2 %: the line begins at 0.8 of 41.6 units, which is pixel 30, and 0.4 of 20.8 from below,
+    // which is 15.
+    EXPECT_EQ(picture->pixels[std::size_t{800 - 15} * 1600 + 30] & 0xFFFFFF, RED);
 }
 
 TEST_F(RenderCommand, TakesSizeViewAndBackground)
@@ -48,7 +51,9 @@ TEST_F(RenderCommand, TakesSizeViewAndBackground)
     EXPECT_EQ(picture->width, 100);
     EXPECT_EQ(picture->height, 100);
     EXPECT_EQ(Colors(*picture), (std::set<std::uint32_t>{0xFFFFFF, RED, GREEN}));
-    EXPECT_EQ(picture->pixels[50 * 100 + 10] & 0xFFFFFF, GREEN);
+    // The circle's westernmost pixel is 10 +- 1.
+    const auto west = picture->pixels.begin() + 50 * 100 + 9;
+    EXPECT_EQ(std::count_if(west, west + 3, [](std::uint32_t p) { return (p & 0xFFFFFF) == GREEN; }), 1);
     const auto fitted = Rendered("--size 100x100 --fit");
     ASSERT_TRUE(fitted);
     EXPECT_EQ(fitted->width, 100);
@@ -59,10 +64,12 @@ TEST_F(RenderCommand, ShowsAndHidesLayers)
 {
     Write("in.dxf", Drawing(PLAN, "0 LAYER|2 PIPES|62 -3|370 0"));
     EXPECT_FALSE(Colors(*Rendered("")).contains(GREEN));
-    const auto pipes = Colors(*Rendered("--layers pipes,NONE", "halyard: in.dxf: warning: there is no layer NONE\n"));
+    const auto pipes =
+        Colors(*Rendered("--layers pipes,NONE", "halyard: in.dxf: warning: there is no layer NONE\n"));
     EXPECT_TRUE(pipes.contains(GREEN));
     EXPECT_FALSE(pipes.contains(RED));
-    const auto rest = Colors(*Rendered("--hide WALLS", "halyard: in.dxf: warning: there is nothing to draw\n"));
+    const auto rest =
+        Colors(*Rendered("--hide WALLS", "halyard: in.dxf: warning: there is nothing to draw\n"));
     EXPECT_EQ(rest.size(), 1U);
 }
 

@@ -165,8 +165,7 @@ TEST_F(Drawer, FillsSolidsAsTwoTriangles)
     solid[1] = {20, 10, 0};
     solid[2] = {10, 20, 0};
     solid[3] = {20, 20, 0};
-    EXPECT_THAT(Drawn(solid),
-                ElementsAre(polygon + " 10,10 20,10 10,20", polygon + " 20,20 20,10 10,20"));
+    EXPECT_THAT(Drawn(solid), ElementsAre(polygon + " 10,10 20,10 10,20", polygon + " 20,20 20,10 10,20"));
     solid[3] = solid[2];
     EXPECT_THAT(Drawn(solid), ElementsAre(polygon + " 10,10 20,10 10,20"));
     EXPECT_EQ(m_DC.GetCurrentBrush(), nullptr);
@@ -208,10 +207,10 @@ struct PenRow {
 TEST_F(Drawer, MakesPensByStyleAndWidthInPixels)
 {
     const PenRow rows[] = {
-        {0, 0.5F, "pen 0 0 ff"},        {0, 4.9F, "pen 0 4 ff"},          {1, 1.9F, "pen 1 1 ff"},
-        {2, 0, "pen 2 0 ff"},           {3, 1, "pen 3 1 ff"},             {9, 1, "pen 0 1 ff"},
-        {1, 4, "pen 7 4 ff/28/20"},     {2, 4, "pen 7 4 ff/4/20"},        {3, 4, "pen 7 4 ff/28/20/4/20"},
-        {9, 4, "no pen"},               {0, -3, "pen 0 3 ff"},
+        {0, 0.5F, "pen 0 0 ff"},    {0, 4.9F, "pen 0 4 ff"},   {1, 1.9F, "pen 1 1 ff"},
+        {2, 0, "pen 2 0 ff"},       {3, 1, "pen 3 1 ff"},      {9, 1, "pen 0 1 ff"},
+        {1, 4, "pen 7 4 ff/28/20"}, {2, 4, "pen 7 4 ff/4/20"}, {3, 4, "pen 7 4 ff/28/20/4/20"},
+        {9, 4, "no pen"},           {0, -3, "pen 0 3 ff"},
     };
     for (const PenRow& row : rows) {
         DXFLine line({10, 10, 0}, {20, 20, 0});
@@ -282,10 +281,10 @@ TEST_F(Drawer, AlignsTextsByTheirJustification)
         TextInfo::JUSTIFICATION justification;
         int align;
         int y;
-    } rows[] = {{TextInfo::BOTTOM_LEFT, 8, 50},     {TextInfo::BOTTOM_CENTER, 14, 50},
-                {TextInfo::BOTTOM_RIGHT, 10, 50},   {TextInfo::MIDDLE_RIGHT, 10, down},
-                {TextInfo::TOP_RIGHT, 2, 50},       {TextInfo::TOP_CENTER, 6, 50},
-                {TextInfo::TOP_LEFT, 0, 50},        {TextInfo::MIDDLE_LEFT, 8, down},
+    } rows[] = {{TextInfo::BOTTOM_LEFT, 8, 50},      {TextInfo::BOTTOM_CENTER, 14, 50},
+                {TextInfo::BOTTOM_RIGHT, 10, 50},    {TextInfo::MIDDLE_RIGHT, 10, down},
+                {TextInfo::TOP_RIGHT, 2, 50},        {TextInfo::TOP_CENTER, 6, 50},
+                {TextInfo::TOP_LEFT, 0, 50},         {TextInfo::MIDDLE_LEFT, 8, down},
                 {TextInfo::MIDDLE_CENTER, 14, down}, {TextInfo::BASELINE_LEFT, 24, 50},
                 {TextInfo::BASELINE_CENTER, 30, 50}, {TextInfo::BASELINE_RIGHT, 26, 50}};
     for (const auto& row : rows) {
@@ -311,8 +310,8 @@ TEST_F(Drawer, DrawsTheLinesOfMultiLineTextsFromTheTop)
     const struct {
         TextInfo::JUSTIFICATION justification;
         double above; ///< of the first line's place over the insertion point, in lines
-    } rows[] = {{TextInfo::BOTTOM_LEFT, 2},  {TextInfo::BOTTOM_RIGHT, 2}, {TextInfo::MIDDLE_LEFT, 0.5},
-                {TextInfo::MIDDLE_CENTER, 0.5}, {TextInfo::TOP_LEFT, 0},  {TextInfo::TOP_RIGHT, 0},
+    } rows[] = {{TextInfo::BOTTOM_LEFT, 2},     {TextInfo::BOTTOM_RIGHT, 2}, {TextInfo::MIDDLE_LEFT, 0.5},
+                {TextInfo::MIDDLE_CENTER, 0.5}, {TextInfo::TOP_LEFT, 0},     {TextInfo::TOP_RIGHT, 0},
                 {TextInfo::BASELINE_LEFT, 0}};
     for (const auto& row : rows) {
         DXFMText text;
@@ -430,22 +429,24 @@ TEST_F(DrawerOfBlocks, DrawABlockThatHoldsItselfOnce)
 TEST_F(DrawerOfBlocks, StopsWhereInsertsMultiplyBeyondTheLimit)
 {
     for (const bool compose : {false, true}) {
-        // 10^3 inserts of 10^3 inserts of 10^3 points.
+        // 100 inserts of 100 inserts of 100 points.
         DXF document;
         const auto fill = [&](const wchar_t* name, const DXFEntity& entity) {
             DXF* contents = document.AddBlock(name)->GetDXF();
-            for (int i = 0; i < 1000; ++i) contents->Add(entity.Copy());
+            for (int i = 0; i < 100; ++i) contents->Add(entity.Copy());
         };
         DXFInsert first(L"A", {}, 0), second(L"B", {}, 0), third(L"C", {}, 0);
         for (DXFInsert* insert : {&first, &second, &third}) insert->SetDXF(&document);
         fill(L"A", DXFPoint(1, 1, 0));
         fill(L"B", first);
         fill(L"C", second);
-        CDC nowhere;
-        WinDXFDrawer drawer({.composeInserts = compose});
-        EXPECT_TRUE(bool(drawer.Init(&nowhere, {{0, 0}, {100, 100}}, CRect(0, 0, 100, 100))));
-        drawer.Write(third);
-        EXPECT_TRUE(drawer.GetReport().limitReached);
+        Prepare({.composeInserts = compose}, {{0, 0}, {100, 100}});
+        m_Drawer->SetLimit(500);
+        EXPECT_LT(Drawn(third).size(), 500U);
+        EXPECT_TRUE(m_Drawer->GetReport().limitReached);
+        Prepare({.composeInserts = compose}, {{0, 0}, {100, 100}});
+        EXPECT_EQ(Drawn(second).size(), 10'000U);
+        EXPECT_FALSE(m_Drawer->GetReport().limitReached);
     }
 }
 
@@ -475,8 +476,11 @@ TEST_F(Drawer, SwapsColorsThatDoNotShowOnTheBackground)
     const struct {
         unsigned long background, color;
         const char* shown;
-    } rows[] = {{0xFFFFFF, 0xFFFFFF, "0"},   {0xFFFFFF, 0xF0F0F0, "0"},   {0x000000, 0x101010, "ffffff"},
-                {0x000000, 0x0000FF, "ff"},  {0xFFFFFF, 0x00FFFF, "ffff"}};
+    } rows[] = {{0xFFFFFF, 0xFFFFFF, "0"},
+                {0xFFFFFF, 0xF0F0F0, "0"},
+                {0x000000, 0x101010, "ffffff"},
+                {0x000000, 0x0000FF, "ff"},
+                {0xFFFFFF, 0x00FFFF, "ffff"}};
     for (const auto& row : rows) {
         Prepare({.background = row.background}, {{0, 0}, {100, 100}});
         DXFPoint point(1, 1, 0);

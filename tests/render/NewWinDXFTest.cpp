@@ -1,11 +1,11 @@
 #include "render/NewWinDXF.h"
 
-#include "render/DrawnScene.h"
 #include "clip/DXFClipContext.h"
 #include "model/DXFCircle.h"
 #include "model/DXFLine.h"
 #include "model/DXFPoint.h"
 #include "model/DXFSolid.h"
+#include "render/DrawnScene.h"
 
 #include <random>
 
@@ -154,7 +154,9 @@ TEST_F(CachedView, IsEqualToAnUncachedDrawAfterAnyEdits)
     const auto between = [&](double low, double high) {
         return std::uniform_real_distribution(low, high)(random);
     };
-    const auto place = [&] { return P3(between(-20, 40), between(-20, 40), 0); };
+    const auto place = [&] {
+        return P3(between(-20, 40), between(-20, 40), 0);
+    };
     View extents({0, 0}, {10, 10});
     for (const DrawingOption& option : {DrawingOption(), DrawingOption::All(0xFFFFFF)}) {
         m_View.SetOption(option);
@@ -165,7 +167,8 @@ TEST_F(CachedView, IsEqualToAnUncachedDrawAfterAnyEdits)
                 m_Document.Add(L"L" + std::to_wstring(random() % 5), new DXFLine(place(), place()), true);
                 break;
             case 1:
-                m_Document.Add(L"L" + std::to_wstring(random() % 5), new DXFCircle(place(), between(1, 9)), true);
+                m_Document.Add(L"L" + std::to_wstring(random() % 5), new DXFCircle(place(), between(1, 9)),
+                               true);
                 break;
             case 2:
                 if (layer) layer->Move(between(-9, 9), between(-9, 9), 0);
@@ -193,7 +196,8 @@ TEST_F(CachedView, IsEqualToAnUncachedDrawAfterAnyEdits)
             NewWinDXF fresh(&m_Document);
             fresh.SetOption(option);
             fresh.Draw(&dc, extents, CRect(0, 0, SIDE, SIDE));
-            ASSERT_TRUE(std::equal(bitmap.Pixels(), bitmap.Pixels() + SIDE * SIDE, m_Bitmap.Pixels())) << round;
+            ASSERT_TRUE(std::equal(bitmap.Pixels(), bitmap.Pixels() + SIDE * SIDE, m_Bitmap.Pixels()))
+                << round;
         }
     }
 }

@@ -142,8 +142,8 @@ TEST(DrawingOptions, KeepArcsNearTheirCircleAtAnyScale)
         circle->SetColor(RED);
         document.Add(circle);
         const double half = SIDE / 2.0 * unit;
-        const auto picture =
-            PictureOf(document, {{-half, -half}, {half, half}}, CRect(0, 0, SIDE, SIDE), DrawingOption::All(0));
+        const auto picture = PictureOf(document, {{-half, -half}, {half, half}}, CRect(0, 0, SIDE, SIDE),
+                                       DrawingOption::All(0));
         int drawn = 0;
         for (int y = 0; y < SIDE; ++y) {
             for (int x = 0; x < SIDE; ++x) {
