@@ -33,11 +33,13 @@ void Add(FaceSum& sum, const t3DPoint& normal)
     sum.faces += 1;
 }
 
-/// Squares that floats cannot hold, or not well.
-float CarefulLength(const t3DPoint& v)
+/// Where floats do not hold the square of the length, or not well.
+t3DPoint CarefulUnit(const t3DPoint& v)
 {
     const double x = v.x, y = v.y, z = v.z;
-    return static_cast<float>(std::sqrt(x * x + y * y + z * z));
+    const double length = std::sqrt(x * x + y * y + z * z);
+    if (length == 0) return v;
+    return {static_cast<float>(x / length), static_cast<float>(y / length), static_cast<float>(z / length)};
 }
 
 t3DPoint VertexNormal(const FaceSum& sum)
@@ -45,12 +47,11 @@ t3DPoint VertexNormal(const FaceSum& sum)
     constexpr float SMALLEST = 1e-30F;
     constexpr float LARGEST = 1e30F;
     const float divisor = -sum.faces;
-    t3DPoint n{sum.x / divisor, sum.y / divisor, sum.z / divisor};
+    const t3DPoint n{sum.x / divisor, sum.y / divisor, sum.z / divisor};
     const float square = n.x * n.x + n.y * n.y + n.z * n.z;
-    const bool isTame = square > SMALLEST && square < LARGEST;
-    const float length = isTame ? std::sqrt(square) : CarefulLength(n);
-    if (length != 0) n = {n.x / length, n.y / length, n.z / length};
-    return n;
+    if (!(square > SMALLEST && square < LARGEST)) return CarefulUnit(n);
+    const float length = std::sqrt(square);
+    return {n.x / length, n.y / length, n.z / length};
 }
 
 void SumFaces(const t3DObject& object, std::vector<FaceSum>& sums)

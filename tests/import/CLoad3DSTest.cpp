@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <limits>
 #include <set>
 
 using namespace ModelBytes;
@@ -71,7 +72,8 @@ TEST(CLoad3DS, ReadsEveryRecord)
                                                 + Chunk(0x4150, U32(1) + U32(1))))
              + Object("empty", "")));
     ASSERT_TRUE(read.success);
-    const auto& [materials, objects] = read.model;
+    const std::vector<tMaterialInfo>& materials = read.model.materials;
+    const std::vector<t3DObject>& objects = read.model.objects;
     ASSERT_EQ(materials.size(), 2U);
     EXPECT_STREQ(materials[0].strName, "red");
     EXPECT_STREQ(materials[0].strFile, "");
@@ -157,6 +159,12 @@ TEST(CLoad3DS, NormalsPointAgainstTheCrossProductOfTheSides)
         EXPECT_FLOAT_EQ(object.pNormals[shared].z, 2 / std::sqrt(5.0F));
     }
     EXPECT_EQ(Text(object.pNormals[2]), "0 0 1");
+    // Sides of 2^-149, the least that a float holds: (-1, 0, 1) x 2^-149, whose length no float holds.
+    const float least = std::numeric_limits<float>::denorm_min();
+    const Loaded tiny(FileOf(Chunk(0x4110, U16(3) + Floats({0, 0, 0, 1, 0, 1, 0, least, 0}))
+                             + Chunk(0x4120, U16(1) + Words({0, 1, 2, 0}))));
+    const t3DPoint& n = tiny.Only().pNormals[0];
+    EXPECT_NEAR(n.x * n.x + n.y * n.y + n.z * n.z, 1, 1e-6);
     EXPECT_TRUE(std::isnan(object.pNormals[4].x)) << "a vertex without faces has 0 / 0";
 }
 
