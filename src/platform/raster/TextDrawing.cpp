@@ -126,6 +126,7 @@ private:
         const std::int64_t left = std::int64_t{at.x} + image.left;
         const std::int64_t top = std::int64_t{at.y} + image.top;
         if (left >= clip.right || left + image.width <= clip.left) return;
+        if (top >= clip.bottom || top + image.height <= clip.top) return;
         const auto firstRow = static_cast<int>(std::max<std::int64_t>(top, clip.top));
         const auto lastRow = static_cast<int>(std::min<std::int64_t>(top + image.height, clip.bottom));
         const auto start = static_cast<int>(left);

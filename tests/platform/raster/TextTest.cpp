@@ -230,9 +230,10 @@ TEST(Text, LargerThanTheImagesKeptHasTheSameShape)
 
 TEST(Text, OfAnySizeAnywhereEndsInTime)
 {
-    for (const int height : {2147483647, -2147483647 - 1, 100000}) {
+    for (const int height : {2147483647, -2147483647 - 1, 100000, 40}) {
         Sheet sheet(height, 333);
         sheet.Out(-2147483647 - 1, 2147483647, TA_CENTER, L"Text");
+        sheet.Out(20, 2147483647, TA_TOP, L"below_");
         sheet.Out(100, 100, TA_CENTER | TA_BASELINE, std::wstring(1000, L'W'));
         EXPECT_GT(sheet.Extent(L"W").cx, 0) << height;
     }
