@@ -62,21 +62,23 @@ P2 WithinReach(const P2& p)
     return {std::clamp(p.X(), -REACH, REACH), std::clamp(p.Y(), -REACH, REACH)};
 }
 
-/// The part of a segment between two bounds of one coordinate, narrowed further: 0 <= from <= to <= 1. False
-/// when nothing is left.
-bool Narrow(double start, double change, double low, double high, double& from, double& to)
+/// Moves an end of a segment that lies beyond a bound of one coordinate to the bound; `other` is the other
+/// coordinate of the same end.
+void CutEnd(double& end, double& other, double start, double otherStart, double low, double high)
 {
-    if (change == 0) return start >= low && start <= high;
-    const double a = (low - start) / change;
-    const double b = (high - start) / change;
-    from = std::max(from, std::min(a, b));
-    to = std::min(to, std::max(a, b));
-    return from <= to;
+    const double bound = std::clamp(end, low, high);
+    if (bound == end) return;
+    other += (otherStart - other) * ((bound - end) / (start - end));
+    end = bound;
 }
 
-P2 Clamped(const P2& p, const Window& box)
+/// Cuts a segment to the bounds of one coordinate. False when it lies beyond one of them.
+bool Cut(double& a, double& otherA, double& b, double& otherB, double low, double high)
 {
-    return {std::clamp(p.X(), box.MinX(), box.MaxX()), std::clamp(p.Y(), box.MinY(), box.MaxY())};
+    if ((a < low && b < low) || (a > high && b > high)) return false;
+    CutEnd(a, otherA, b, otherB, low, high);
+    CutEnd(b, otherB, a, otherA, low, high);
+    return true;
 }
 
 } // namespace
@@ -282,15 +284,9 @@ void WinDXFDrawer::DrawVisibleLine(P2 from, P2 to)
         || high > m_Around.MaxY()) {
         from = WithinReach(from);
         to = WithinReach(to);
-        double start = 0;
-        double end = 1;
-        const GTL::Vector2D<double> along = to - from;
-        if (!Narrow(from.X(), along.X(), m_Around.MinX(), m_Around.MaxX(), start, end)
-            || !Narrow(from.Y(), along.Y(), m_Around.MinY(), m_Around.MaxY(), start, end))
+        if (!Cut(from.X(), from.Y(), to.X(), to.Y(), m_Around.MinX(), m_Around.MaxX())
+            || !Cut(from.Y(), from.X(), to.Y(), to.X(), m_Around.MinY(), m_Around.MaxY()))
             return;
-        const P2 first = from;
-        if (start > 0) from = Clamped(first + along * start, m_Around);
-        if (end < 1) to = Clamped(first + along * end, m_Around);
     }
     m_DC->MoveTo(CPointMimic(m_PixelMapper.Map(from)));
     m_DC->LineTo(CPointMimic(m_PixelMapper.Map(to)));

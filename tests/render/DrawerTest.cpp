@@ -94,6 +94,19 @@ TEST_F(Drawer, DrawsLinesAsFarAsTheyAreInView)
     EXPECT_THAT(Drawn(DXFLine({50, 50, 0}, {std::nan(""), 50, 0})), IsEmpty());
 }
 
+TEST_F(Drawer, CutsLinesOutOfSightOnRequest)
+{
+    // One view's size beyond the border, however far they come from: no cut shows.
+    Prepare({.visibleParts = true}, {{0, 0}, {100, 100}});
+    const std::string to = std::string(RED_PEN) + " line ";
+    EXPECT_THAT(Drawn(DXFLine({-1e15, -1e15, 0}, {3e15, 3e15, 0})),
+                ElementsAre("move -100 -100", to + "200,200"));
+    EXPECT_THAT(Drawn(DXFLine({50, 1e308, 0}, {50, -1e308, 0})), ElementsAre("move 50 200", to + "50,-100"));
+    EXPECT_THAT(Drawn(DXFLine({-20, 50, 0}, {150, 60, 0})), ElementsAre("move -20 50", to + "150,60"));
+    EXPECT_THAT(Drawn(DXFLine({-90, 50, 0}, {-50, 50, 0})), IsEmpty());
+    EXPECT_THAT(Drawn(DXFLine({-1e15, 0, 0}, {50, 1e15, 0})), IsEmpty());
+}
+
 TEST_F(Drawer, DrawsPointsInsideTheViewAsPixels)
 {
     EXPECT_THAT(Drawn(DXFPoint(10.7, 100, 0)), ElementsAre("pixel 10,100 ff"));
@@ -210,7 +223,7 @@ TEST_F(Drawer, MakesPensByStyleAndWidthInPixels)
         {0, 0.5F, "pen 0 0 ff"},    {0, 4.9F, "pen 0 4 ff"},   {1, 1.9F, "pen 1 1 ff"},
         {2, 0, "pen 2 0 ff"},       {3, 1, "pen 3 1 ff"},      {9, 1, "pen 0 1 ff"},
         {1, 4, "pen 7 4 ff/28/20"}, {2, 4, "pen 7 4 ff/4/20"}, {3, 4, "pen 7 4 ff/28/20/4/20"},
-        {9, 4, "no pen"},           {0, -3, "pen 0 3 ff"},
+        {1, 2, "pen 7 2 ff/14/10"}, {9, 4, "no pen"},          {0, -3, "pen 0 3 ff"},
     };
     for (const PenRow& row : rows) {
         DXFLine line({10, 10, 0}, {20, 20, 0});
@@ -448,6 +461,19 @@ TEST_F(DrawerOfBlocks, StopsWhereInsertsMultiplyBeyondTheLimit)
         EXPECT_EQ(Drawn(second).size(), 10'000U);
         EXPECT_FALSE(m_Drawer->GetReport().limitReached);
     }
+}
+
+TEST_F(DrawerOfBlocks, LookOnlyIntoInsertsThatMeetTheView)
+{
+    for (int i = 0; i < 100; ++i) AddPoint(L"B", 0.1 * i, 0.1 * i);
+    DXFInsert insert = InsertOf(L"B", 0, 0);
+    insert.SetRowCount(100);
+    insert.SetRowSpacing(1000);
+    Prepare({.composeInserts = true}, {{-1, 49'999}, {19, 50'019}});
+    // 100 cells and the points of one.
+    m_Drawer->SetLimit(200);
+    EXPECT_EQ(Drawn(insert).size(), 100U);
+    EXPECT_FALSE(m_Drawer->GetReport().limitReached);
 }
 
 TEST_F(DrawerOfBlocks, GiveLayerZeroOfABlockTheLookOfTheInsertsLayer)

@@ -156,6 +156,22 @@ TEST(DrawingOptions, KeepArcsNearTheirCircleAtAnyScale)
     }
 }
 
+TEST(DrawingOptions, JoinArcsToTheLineThatTheyArePartOf)
+{
+    // At 2.5 pixels a unit, 0.05 units are as good as an eighth of a pixel.
+    for (unsigned seed = 1; seed <= 60; ++seed) {
+        Dice dice(seed);
+        DXF document;
+        document.Add(dice.Entity().release());
+        const View view({-60, -60}, {60, 60});
+        const CRect rect(0, 0, SIDE, SIDE);
+        const auto apart = PictureOf(document, view, rect, {.polygonBulges = true});
+        const auto joined = PictureOf(document, view, rect, {.polygonBulges = true, .arcsByPixel = true});
+        EXPECT_EQ(Strangers(apart, joined, SIDE), 0) << seed;
+        EXPECT_EQ(Strangers(joined, apart, SIDE), 0) << seed;
+    }
+}
+
 TEST(VisibleArcs, AreAllStretchesInTheWindow)
 {
     const View window({0, 0}, {10, 10});
