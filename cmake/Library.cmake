@@ -1,11 +1,23 @@
 # The library. Its sources are compiled once, into halyard_objects: the shared library that hosts link is made of
 # them, and so is what tests, benchmarks and fuzz targets link, because these also reach what is not exported.
 file(GLOB_RECURSE HALYARD_SOURCES CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/src/*.cpp")
+# The device classes: in software, or over the system's own device where there is one.
+set(HALYARD_DEVICE_SOURCES ${HALYARD_SOURCES})
+if(WIN32 AND EXISTS "${PROJECT_SOURCE_DIR}/src/platform/win32/CDC.cpp")
+    list(FILTER HALYARD_DEVICE_SOURCES INCLUDE REGEX
+        "/src/platform/(win32/(C[A-Z]|Gdi).*|raster/(DeviceMapping|FontPixels))\\.cpp$")
+elseif(WIN32)
+    list(FILTER HALYARD_DEVICE_SOURCES INCLUDE REGEX "/src/platform/(raster/|win32/GlyphSource)")
+else()
+    list(FILTER HALYARD_DEVICE_SOURCES INCLUDE REGEX "/src/platform/raster/")
+endif()
+list(FILTER HALYARD_SOURCES EXCLUDE REGEX "/src/platform/(raster/|win32/(C[A-Z]|Gdi|GlyphSource))")
 if(WIN32)
     list(FILTER HALYARD_SOURCES EXCLUDE REGEX "/src/platform/posix/")
 else()
     list(FILTER HALYARD_SOURCES EXCLUDE REGEX "/src/platform/win32/")
 endif()
+list(APPEND HALYARD_SOURCES ${HALYARD_DEVICE_SOURCES})
 if(NOT HALYARD_SOURCES)
     message(FATAL_ERROR "src/ holds no sources")
 endif()
@@ -26,6 +38,9 @@ set_target_properties(halyard PROPERTIES
     VERSION ${HALYARD_VERSION}
     SOVERSION ${PROJECT_VERSION_MAJOR}
     EXPORT_NAME halyard)
+if(WIN32)
+    set_target_properties(halyard PROPERTIES PREFIX "")
+endif()
 target_compile_features(halyard PUBLIC cxx_std_20)
 target_compile_definitions(halyard
     PUBLIC $<BUILD_INTERFACE:HALYARD_VERSION="${HALYARD_VERSION}">
@@ -41,4 +56,5 @@ endif()
 
 # For targets of this repository that reach what the library does not export.
 add_library(halyard_inside INTERFACE)
+target_compile_definitions(halyard_inside INTERFACE HALYARD_STATIC)
 target_link_libraries(halyard_inside INTERFACE halyard_objects $<TARGET_OBJECTS:halyard_objects>)

@@ -5,6 +5,10 @@
 /// as a static library.
 #if defined(HALYARD_STATIC)
 #define HALYARD_API
+#elif defined(_WIN32) && defined(__GNUC__) && defined(HALYARD_BUILD)
+#define HALYARD_API [[gnu::dllexport]]
+#elif defined(_WIN32) && defined(__GNUC__)
+#define HALYARD_API [[gnu::dllimport]]
 #elif defined(_WIN32) && defined(HALYARD_BUILD)
 #define HALYARD_API __declspec(dllexport)
 #elif defined(_WIN32)
