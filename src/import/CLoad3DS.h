@@ -18,8 +18,8 @@ class ModelMemory;
 class HALYARD_API CLoad3DS {
 public:
     /// Empties the model and reads a file into it. The arrays of the model's old objects are not freed: call
-    /// FreeModel first where no copy of the model needs them. With swapAxes each vertex (x, y, z) becomes (x, z, -y),
-    /// which turns a model whose z points up into one whose y does.
+    /// FreeModel first where no copy of the model needs them. With swapAxes each vertex (x, y, z) becomes (x,
+    /// z, -y), which turns a model whose z points up into one whose y does.
     ///
     /// False, and an empty model, when the file cannot be opened or does not start as a 3DS file (such a file
     /// stays open until CleanUp or the next import), or memory runs out. A file that is cut short is read.
