@@ -83,6 +83,7 @@ TEST_F(ProgramUsage, IsCompletedByTheShell)
     Write("plan.dxf", "");
     Write("OLD.DXF", "");
     Write("notes.txt", "");
+    Write("house.3ds", "");
     std::filesystem::create_directory(m_Folder / "sub");
     const auto complete = [&](const std::string& words) {
         const Outcome outcome = Shell(
@@ -96,7 +97,8 @@ TEST_F(ProgramUsage, IsCompletedByTheShell)
     EXPECT_EQ(complete("d"), "dump ");
     EXPECT_EQ(complete("--v"), "--version ");
     EXPECT_EQ(complete("info --j"), "--json ");
-    EXPECT_EQ(complete("convert --"), "--help --plain --true-color ");
-    EXPECT_EQ(complete("info ''"), "OLD.DXF plan.dxf sub ");
+    EXPECT_EQ(complete("convert --"), "--help --plain --swap-axes --true-color --units ");
+    EXPECT_EQ(complete("info ''"), "OLD.DXF house.3ds plan.dxf sub ");
+    EXPECT_EQ(complete("dump ''"), "OLD.DXF plan.dxf sub ");
     EXPECT_EQ(complete("convert plan.dxf p"), "plan.dxf ");
 }
