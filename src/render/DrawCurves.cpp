@@ -81,17 +81,29 @@ void WinDXFDrawer::AppendArc(const P2& center, double radius, double start, doub
     const double widest = std::acos((radius - DEVIATION) / (radius + DEVIATION));
     const int steps = Steps((a1 - a0) / widest + 1);
     const double step = (a1 - a0) / steps;
-    const auto append = [&](double a) {
-        m_Points.push_back(ToPixel({center.X() + radius * std::sin(a), center.Y() + radius * std::cos(a)}));
-    };
-    append(a0);
-    for (int i = 0; i < steps; ++i)
-        if (const double a = a0 + (i + 0.5) * step; a < a1) append(a);
-    append(a1);
+    AppendVertices(center, radius, a0, step, 1);
+    AppendVertices(center, radius, a0 + step / 2, step, steps);
+    AppendVertices(center, radius, a1, step, 1);
 }
 
-/// By the angle between two vertices, 2 acos(1 - d / r) for a deviation d, which is nearly 2 sqrt(2 d / r);
-/// vertices follow from one another by turning.
+/// Vertices from a bearing on, each a turn of so many radians after the one before.
+void WinDXFDrawer::AppendVertices(const P2& center, double radius, double first, double turn, int count)
+{
+    double sine = radius * std::sin(first);
+    double cosine = radius * std::cos(first);
+    m_Points.push_back(ToPixel({center.X() + sine, center.Y() + cosine}));
+    if (count < 2) return;
+    const double turnSine = std::sin(turn);
+    const double turnCosine = std::cos(turn);
+    for (int i = 1; i < count; ++i) {
+        const double next = sine * turnCosine + cosine * turnSine;
+        cosine = cosine * turnCosine - sine * turnSine;
+        sine = next;
+        m_Points.push_back(ToPixel({center.X() + sine, center.Y() + cosine}));
+    }
+}
+
+/// By the angle between two vertices, 2 acos(1 - d / r) for a deviation d, which is nearly 2 sqrt(2 d / r).
 void WinDXFDrawer::AppendArcByPixel(const P2& center, double radius, double start, double end)
 {
     const double a0 = start * MATH::DTR;
@@ -100,16 +112,7 @@ void WinDXFDrawer::AppendArcByPixel(const P2& center, double radius, double star
     const double pixels = std::fabs(radius) * std::max(m_Mapper.ScaleX(), m_Mapper.ScaleY());
     const double widest = std::min(2 * std::sqrt(2 * PIXEL_DEVIATION / pixels), LONGEST_CHORD);
     const int steps = Steps(std::ceil(sweep / widest));
-    const double turnSine = std::sin(sweep / steps);
-    const double turnCosine = std::cos(sweep / steps);
-    double sine = radius * std::sin(a0);
-    double cosine = radius * std::cos(a0);
-    for (int i = 0; i <= steps; ++i) {
-        m_Points.push_back(ToPixel({center.X() + sine, center.Y() + cosine}));
-        const double next = sine * turnCosine + cosine * turnSine;
-        cosine = cosine * turnCosine - sine * turnSine;
-        sine = next;
-    }
+    AppendVertices(center, radius, a0, sweep / steps, steps + 1);
 }
 
 void WinDXFDrawer::DrawVisibleArc(const P2& center, double radius, double start, double sweep)

@@ -113,6 +113,7 @@ private:
     void DrawVisibleLine(P2 from, P2 to);
     void DrawArc(P2 center, double radius, double start, double end);
     void AppendArc(const P2& center, double radius, double start, double end);
+    void AppendVertices(const P2& center, double radius, double first, double turn, int count);
     void AppendArcByPixel(const P2& center, double radius, double start, double end);
     void DrawVisibleArc(const P2& center, double radius, double start, double sweep);
     void DrawPath(const GTL::Polyline<P3>& path);
