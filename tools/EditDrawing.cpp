@@ -41,6 +41,9 @@ void WarnOf(const PlotForm& form, const std::wstring& file)
     if (form.flattened > 0)
         Warn(file, Counted(form.flattened, L"arc", L"arcs")
                        + L" in polylines became straight lines: chords would have been too many");
+    if (form.otherLooks > 0)
+        Warn(file, Counted(form.otherLooks, L"insert does", L"inserts do")
+                       + L" not show the look of the layer: in a plot file a block looks the same everywhere");
 }
 
 bool IsPlot(const std::string& name)

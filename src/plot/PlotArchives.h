@@ -208,7 +208,7 @@ private:
         if (m_Version >= FIRST_WITH_DEVICE_COLORS)
             color.device = word & 0xFFFFFF;
         else
-            color.device = DXFColor(static_cast<int>(word <= 255 ? word : 0));
+            color.device = DXFColor(static_cast<int>(word)); // what is no index counts as 0
     }
     void Get(P3& point)
     {

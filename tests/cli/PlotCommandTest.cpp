@@ -65,10 +65,10 @@ TEST_F(PlotCommand, RecognisesPlotFilesByTheirFirstBytes)
 TEST_F(PlotCommand, KeepsBlocksWithWhatTheirEntitiesLookLike)
 {
     // The LINE of the block says nothing and stands on RED; the POINT stands on layer 0, whose look comes
-    // from the insert: a plot file has no place for that.
+    // from the insert.
     const auto entities = Converted(Drawing(
         "0 INSERT|8 HERE|2 B|10 10|20 20|41 2|42 2|43 2|50 90|70 3|71 2|44 5|45 7",
-        "0 LAYER|2 RED|62 1|370 50",
+        "0 LAYER|2 RED|62 1|370 50|0 LAYER|2 HERE|62 3",
         "0 BLOCK|2 B|8 RED|70 2|10 1|20 1|0 POINT|8 0|10 2|20 1|0 LINE|8 RED|10 1|20 1|11 1|21 3|0 ENDBLK"));
     ASSERT_EQ(entities.size(), 3U);
     EXPECT_EQ(entities[0]["kind"], "INSERT");
@@ -76,12 +76,36 @@ TEST_F(PlotCommand, KeepsBlocksWithWhatTheirEntitiesLookLike)
     EXPECT_EQ(entities[0]["row_count"], 3);
     EXPECT_EQ(entities[0]["column_count"], 2);
     EXPECT_EQ(entities[1]["block"], "B");
-    EXPECT_EQ(entities[1]["color"], "#ffffff");
+    EXPECT_EQ(entities[1]["color"], "#00ff00");
+    EXPECT_EQ(m_Said, "");
     EXPECT_EQ(entities[2]["color"], "#ff0000");
     EXPECT_EQ(entities[2]["width"], 0.5);
     EXPECT_EQ(Info("out.plot")["blocks"], json::parse(R"([{"name":"B","base":[1,1,0],"entities":2}])"));
     ASSERT_EQ(Halyard("convert out.plot back.dxf").status, 0);
     EXPECT_EQ(Dump("back.dxf").size(), 12U) << "three by two cells of two entities";
+}
+
+TEST_F(PlotCommand, GivesABlockTheLookOfItsFirstInsertAndCountsTheOthers)
+{
+    // OUTER holds INNER on its layer 0, so INNER looks as the layer of OUTER's insert. GREEN is drawn before
+    // RED, so its inserts come first, and the one on RED is another.
+    const auto insert = [](const std::string& layer, const std::string& block) {
+        return "0 INSERT|8 " + layer + "|2 " + block + "|10 0|20 0|";
+    };
+    const auto entities =
+        Converted(Drawing(insert("RED", "OUTER") + insert("GREEN", "OUTER") + insert("GREEN", "OUTER") + LINE,
+                          "0 LAYER|2 GREEN|62 3|6 DASHDOT|370 70|0 LAYER|2 RED|62 1",
+                          "0 BLOCK|2 INNER|8 0|70 0|10 0|20 0|0 LINE|8 0|10 1|20 1|11 1|21 3|0 ENDBLK|0 "
+                          "BLOCK|2 OUTER|8 0|70 0|10 0|20 0|"
+                              + insert("0", "INNER") + "0 CIRCLE|8 0|10 0|20 0|40 1|0 ENDBLK"));
+    ASSERT_EQ(entities.size(), 7U);
+    for (const json& entity : entities)
+        if (entity["kind"] == "CIRCLE" || entity["block"] == "INNER") {
+            EXPECT_EQ(entity["color"], "#00ff00");
+            EXPECT_EQ(entity["style"], "DASHDOT");
+            EXPECT_FLOAT_EQ(entity["width"].get<float>(), 0.7F);
+        }
+    EXPECT_THAT(m_Said, HasSubstr("1 insert does not show the look of the layer"));
 }
 
 TEST_F(PlotCommand, PutsChordsInThePlaceOfArcsAndCountsThem)
