@@ -31,6 +31,10 @@ _halyard()
             if [[ $command == info || $command == convert ]]; then
                 compgen -f -X '!*.3[dD][sS]' -- "$current"
                 compgen -f -X '!*.[sS][kK][pP]' -- "$current"
+            fi
+            if [[ $command == render ]]; then
+                compgen -f -X '!*.[pP][nN][gG]' -- "$current"
+                compgen -f -X '!*.[bB][mM][pP]' -- "$current"
             fi)
     fi
 }
