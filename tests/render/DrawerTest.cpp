@@ -12,6 +12,9 @@
 #include "model/DXFPolygon.h"
 #include "model/DXFSolid.h"
 #include "model/DXFText.h"
+#include "platform/PictureFile.h"
+#include "platform/TemporaryFolder.h"
+#include "platform/Utf8.h"
 #include "render/WinDXFDrawer.h"
 #include "support/TextHeightFactComp.h"
 
@@ -355,6 +358,22 @@ TEST_F(Drawer, DrawsTheOutlineOfAMissingPicture)
     EXPECT_THAT(Drawn(image), ElementsAre("pen 0 1 ff polyline 10,10 30,10 30,70 10,70 10,10"));
     image.SetInsertPoint({1000, 10, 0});
     EXPECT_THAT(Drawn(image), IsEmpty());
+}
+
+TEST_F(Drawer, PlacesPicturesByThreeCornersWithinTheirBoundary)
+{
+    const TemporaryFolder folder;
+    const std::wstring name = FromUtf8((folder / "picture.bmp").string());
+    CBitmap bitmap;
+    ASSERT_TRUE(bitmap.CreateBitmap(4, 2) && SavePicture(name, bitmap));
+    DXFImage image;
+    ASSERT_TRUE(image.SetFileName(name));
+    // 4 x 2 pixels, a column of them 10 units to the right, a row 5 up: 40 x 10 units from (20, 30).
+    image.SetInsertPoint({20, 30, 0});
+    image.SetUVector({10, 0, 0});
+    image.SetVVector({0, 5, 0});
+    image.SetClipBoundary(DXFImage::CLIP_POLYGON, {{0, 0}, {4, 0}, {4, 2}});
+    EXPECT_THAT(Drawn(image), ElementsAre("clip 20,30 60,30 60,40", "picture 20,40 60,40 20,30", "no clip"));
 }
 
 class DrawerOfBlocks : public Drawer {
