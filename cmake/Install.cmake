@@ -14,6 +14,8 @@ endif()
 install(DIRECTORY src/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/halyard
     FILES_MATCHING PATTERN "*.h" PATTERN "*.def"
     PATTERN "posix" EXCLUDE
+    PATTERN "file" EXCLUDE
+    PATTERN "font" EXCLUDE
     PATTERN "picture" EXCLUDE
     PATTERN "raster" EXCLUDE
     PATTERN "win32" EXCLUDE)

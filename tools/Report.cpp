@@ -83,5 +83,5 @@ int StandardOutput::Finish()
 {
     if (g_OutputError == 0 && std::fflush(stdout) != 0) NoteOutputError();
     if (g_OutputError == 0 || g_OutputError == EPIPE) return EXIT_DONE;
-    return Fail(L"standard output", FileSystem::SystemErrorText(g_OutputError));
+    return Fail(L"standard output", FileSystem::ErrnoText(g_OutputError));
 }

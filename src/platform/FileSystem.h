@@ -38,4 +38,7 @@ public:
     /// full stop, the same on every system for the usual ones: "no such file", "permission denied", "is a
     /// folder".
     [[nodiscard]] static std::wstring SystemErrorText(int code);
+
+    /// The same for an errno of the C library, which is another number than the system's on Windows.
+    [[nodiscard]] static std::wstring ErrnoText(int code);
 };

@@ -10,6 +10,8 @@
 
 #include "platform/Export.h"
 
+class FontOutline;
+
 /// Vertical measures of a face in font units, y up, independent of any size in pixels.
 struct FontMetrics
 {
@@ -59,18 +61,17 @@ public:
 
 private:
     friend class FontCatalogue;
-    struct Outline;
 
     static constexpr unsigned PAGE_BITS = 8;
     static constexpr std::size_t PAGE_SIZE = std::size_t{1} << PAGE_BITS;
     static constexpr std::size_t PAGE_COUNT = 0x110000 >> PAGE_BITS;
 
-    FontFace(std::unique_ptr<Outline> outline, const FontMetrics& metrics, int missingAdvance,
+    FontFace(std::unique_ptr<FontOutline> outline, const FontMetrics& metrics, int missingAdvance,
              std::wstring file, int index);
     const std::int32_t* LoadPage(std::size_t page) const;
 
     FontMetrics m_Metrics;
-    std::unique_ptr<Outline> m_Outline;
+    std::unique_ptr<FontOutline> m_Outline;
     std::wstring m_File;
     int m_Index;
     /// Stands for every page without a single character of the face: the pages that take memory are those
@@ -84,8 +85,8 @@ private:
 ///
 /// The family is what stands before the first "|", without the suffix of a font file and without blanks
 /// around it; its case does not matter. Bold and italic are chosen by the arguments or by the marks "|b1" and
-/// "|i1" in any case. Families are found by fontconfig, which also chooses the replacement of one that is not
-/// installed: always the same one on one machine, whatever the language of the user. When no font is
+/// "|i1" in any case. Families are found by the system (fontconfig, GDI), which also chooses the replacement of
+/// one that is not installed: always the same one on one machine, whatever the language of the user. When no font is
 /// installed at all, the built-in measures are given: 1000 units an em, ascent 905, descent 212, capital
 /// height 700, every advance 556.
 ///

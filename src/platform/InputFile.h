@@ -51,8 +51,6 @@ public:
 private:
     static constexpr std::intptr_t NO_HANDLE = -1;
 
-    bool Fail(const std::wstring& reason);
-
     std::intptr_t m_Handle = NO_HANDLE;
     std::uint64_t m_Position = 0;
     std::uint64_t m_Size = 0;

@@ -58,7 +58,7 @@ ErrorString PlotFile::EndOfWriting()
 {
     m_Output->Flush();
     errno = 0;
-    if (!m_File.Close()) m_Output->Fail(FileSystem::SystemErrorText(errno));
+    if (!m_File.Close()) m_Output->Fail(FileSystem::ErrnoText(errno));
     if (!m_Output->Failed()) return true;
     m_WriteFailReason = m_Output->Reason();
     return ErrorString(Message::IoError) << L" (" << m_Output->Reason() << L")";

@@ -41,7 +41,7 @@ void PlotOutput::WriteOut(const void* bytes, std::size_t count)
     if (!m_Notice()) m_Stopped = true;
     if (m_Failed) return;
     errno = 0;
-    if (m_File.Write(bytes, 1, count) != count) Fail(FileSystem::SystemErrorText(errno));
+    if (m_File.Write(bytes, 1, count) != count) Fail(FileSystem::ErrnoText(errno));
 }
 
 void PlotOutput::Fail(const std::wstring& reason)

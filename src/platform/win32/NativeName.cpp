@@ -8,17 +8,11 @@ namespace {
 /// Folders are made for names of up to 248 characters, and a relative name counts with the current folder.
 constexpr std::size_t SAFE_LENGTH = 240;
 
-std::wstring FullName(const std::wstring& name)
+std::wstring WithBackslashes(const std::wstring& name)
 {
-    std::wstring full(MAX_PATH, L'\0');
-    for (;;) {
-        const DWORD length =
-            ::GetFullPathNameW(name.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
-        if (length == 0) return name;
-        const bool isWhole = length < full.size();
-        full.resize(length);
-        if (isWhole) return full;
-    }
+    std::wstring native = name;
+    std::replace(native.begin(), native.end(), L'/', L'\\');
+    return native;
 }
 
 /// "C:\..." or "\\server\share\...", made ready for names of any length.
@@ -30,12 +24,24 @@ std::wstring Prefixed(const std::wstring& full)
 }
 } // namespace
 
+std::wstring FullNativeName(const std::wstring& name)
+{
+    const std::wstring native = WithBackslashes(name);
+    std::wstring full(MAX_PATH, L'\0');
+    for (;;) {
+        const DWORD length =
+            ::GetFullPathNameW(native.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
+        if (length == 0) return native;
+        const bool isWhole = length < full.size();
+        full.resize(length);
+        if (isWhole) return full;
+    }
+}
+
 std::wstring NativeName(const std::wstring& name)
 {
-    if (name.find(L'\0') != name.npos) return {};
-    std::wstring native = name;
-    std::replace(native.begin(), native.end(), L'/', L'\\');
-    if (native.empty() || native.starts_with(L"\\\\?\\")) return native;
-    const std::wstring full = FullName(native);
-    return full.size() < SAFE_LENGTH ? native : Prefixed(full);
+    if (name.empty() || name.find(L'\0') != name.npos) return {};
+    if (name.starts_with(L"\\\\?\\")) return name;
+    const std::wstring full = FullNativeName(name);
+    return full.size() < SAFE_LENGTH ? WithBackslashes(name) : Prefixed(full);
 }
