@@ -10,7 +10,8 @@
 class CDC;
 
 /// Pixels in memory: 32 bits each, 0x00RRGGBB (the order of a 32-bit DIB, not that of a colour word), rows
-/// from top to bottom, each from left to right without padding.
+/// from top to bottom, each from left to right without padding. On Windows a DIB section: a context that has
+/// it selected takes it out of any other.
 class HALYARD_API CBitmap {
 public:
     /// Larger bitmaps are refused.
@@ -39,17 +40,29 @@ public:
     int Height() const { return m_Height; }
 
     /// Width() * Height() of them; null when nothing is held. Valid until the bitmap is made anew or deleted.
-    std::uint32_t* Pixels() { return m_Pixels.get(); }
-    const std::uint32_t* Pixels() const { return m_Pixels.get(); }
+    /// What was drawn before is in them; what is drawn later, after they were asked for again.
+    std::uint32_t* Pixels() { return Finished(); }
+    const std::uint32_t* Pixels() const { return Finished(); }
     /// Start of a row, 0 <= y < Height().
-    std::uint32_t* Row(int y) { return m_Pixels.get() + static_cast<std::ptrdiff_t>(y) * m_Width; }
-    const std::uint32_t* Row(int y) const
-    {
-        return m_Pixels.get() + static_cast<std::ptrdiff_t>(y) * m_Width;
-    }
+    std::uint32_t* Row(int y) { return Finished() + static_cast<std::ptrdiff_t>(y) * m_Width; }
+    const std::uint32_t* Row(int y) const { return Finished() + static_cast<std::ptrdiff_t>(y) * m_Width; }
+
+    /// What holds the pixels in the system (see SystemObjects); null when nothing is held.
+    const std::shared_ptr<void>& Handle() const { return m_Handle; }
 
 private:
-    std::unique_ptr<std::uint32_t[]> m_Pixels;
+#ifdef _WIN32
+    /// GDI draws behind the caller's back: waits until it has.
+    std::uint32_t* Finished() const;
+#else
+    std::uint32_t* Finished() const
+    {
+        return m_Pixels;
+    }
+#endif
+
+    std::shared_ptr<void> m_Handle;
+    std::uint32_t* m_Pixels = nullptr;
     int m_Width = 0;
     int m_Height = 0;
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "platform/Export.h"
 #include "platform/GdiConstants.h"
 
@@ -12,27 +14,19 @@ public:
     explicit CBrush(unsigned long color) { (void)CreateSolidBrush(color); }
     virtual ~CBrush() = default;
 
-    /// One colour, 0x00BBGGRR. Always true.
-    [[nodiscard]] bool CreateSolidBrush(unsigned long color)
-    {
-        m_Color = color & 0xFFFFFF;
-        m_IsCreated = true;
-        return true;
-    }
+    /// One colour, 0x00BBGGRR. False when the system has no room for it.
+    [[nodiscard]] bool CreateSolidBrush(unsigned long color);
 
     /// Leaves a brush that holds nothing. False when it held nothing before.
-    bool DeleteObject()
-    {
-        const bool wasCreated = m_IsCreated;
-        m_Color = 0xFFFFFF;
-        m_IsCreated = false;
-        return wasCreated;
-    }
+    bool DeleteObject();
 
     bool IsCreated() const { return m_IsCreated; }
     unsigned long Color() const { return m_Color; }
+    /// What the system draws with (see SystemObjects); null for a brush that holds nothing.
+    const std::shared_ptr<void>& Handle() const { return m_Handle; }
 
 private:
     unsigned long m_Color = 0xFFFFFF;
     bool m_IsCreated = false;
+    std::shared_ptr<void> m_Handle;
 };

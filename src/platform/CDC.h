@@ -22,9 +22,10 @@ struct Stroke;
 /// that GDI gives; without a bitmap it measures and draws nothing. Every operation that a drawer uses is
 /// virtual: a derived class draws elsewhere, or records what is drawn.
 ///
-/// Points and sizes are in logical units (see DeviceMapping) unless said otherwise; any int is a valid
-/// coordinate. A colour is a word 0x00BBGGRR; higher bits are ignored. A count below 0 counts as 0. A context
-/// starts with the map mode MM_TEXT, the background mode OPAQUE, black text, a white background, the
+/// Points and sizes are in logical units unless said otherwise: device = (logical - window origin) * viewport
+/// extent / window extent + viewport origin, for each axis, to the nearest pixel, halves up. Any int is a
+/// valid coordinate. A colour is a word 0x00BBGGRR; higher bits are ignored. A count below 0 counts as 0. A
+/// context starts with the map mode MM_TEXT, the background mode OPAQUE, black text, a white background, the
 /// alignment TA_LEFT | TA_TOP, the fill rule ALTERNATE and the position (0, 0).
 ///
 /// A context is used by one thread at a time; different contexts by different threads, as long as they draw
@@ -35,6 +36,18 @@ public:
     virtual ~CDC();
     CDC(const CDC&) = delete;
     CDC& operator=(const CDC&) = delete;
+
+#ifdef _WIN32
+    /// Takes a context of GDI, an HDC, to draw on from now on: what was selected or set before is forgotten,
+    /// and what the HDC has selected and set counts. It stays the caller's, who detaches it (or lets this
+    /// object end) before giving it back. False for null, and nothing is changed then.
+    bool Attach(void* hdc);
+    /// Ends that, with what was selected here taken out of it again. Returns the HDC; null when none was
+    /// attached.
+    void* Detach();
+    /// The HDC that is drawn on. Null when there is not the memory for one.
+    void* GetSafeHdc() const;
+#endif
 
     /// Makes this a new memory context: everything selected or set before is forgotten. Any context is
     /// compatible, so `other` may be null. Always true.
@@ -49,24 +62,37 @@ public:
     virtual CBrush* SelectObject(CBrush* brush);
     virtual CFont* SelectObject(CFont* font);
     virtual CBitmap* SelectObject(CBitmap* bitmap);
-    CPen* GetCurrentPen() const { return m_Pen; }
-    CBrush* GetCurrentBrush() const { return m_Brush; }
-    CFont* GetCurrentFont() const { return m_Font; }
-    CBitmap* GetCurrentBitmap() const { return m_Bitmap; }
+    CPen* GetCurrentPen() const
+    {
+        return m_Pen;
+    }
+    CBrush* GetCurrentBrush() const
+    {
+        return m_Brush;
+    }
+    CFont* GetCurrentFont() const
+    {
+        return m_Font;
+    }
+    CBitmap* GetCurrentBitmap() const
+    {
+        return m_Bitmap;
+    }
 
-    /// The map of coordinates (see DeviceMapping). Each returns what was set before: the mode is 0 and the
-    /// extent (0, 0) when nothing was changed because the argument is refused.
+    /// The map of coordinates. Each returns what was set before: the mode is 0 and the extent (0, 0) when
+    /// nothing was changed because the argument is refused. MM_TEXT makes both extents (1, 1); there they
+    /// stay whatever is set. In MM_ISOTROPIC the viewport extent is shrunk on one axis until both axes have
+    /// the same scale; MM_ANISOTROPIC keeps the extents. An extent of zero is refused.
     virtual int SetMapMode(int mode);
     virtual CPoint SetWindowOrg(int x, int y);
     virtual CPoint SetViewportOrg(int x, int y);
     virtual CSize SetWindowExt(int cx, int cy);
     virtual CSize SetViewportExt(int cx, int cy);
-    int GetMapMode() const { return m_Mapping.Mode(); }
-    CPoint GetWindowOrg() const { return m_Mapping.WindowOrg(); }
-    CPoint GetViewportOrg() const { return m_Mapping.ViewportOrg(); }
-    CSize GetWindowExt() const { return m_Mapping.WindowExt(); }
-    CSize GetViewportExt() const { return m_Mapping.ViewportExt(); }
-    const DeviceMapping& Mapping() const { return m_Mapping; }
+    int GetMapMode() const;
+    CPoint GetWindowOrg() const;
+    CPoint GetViewportOrg() const;
+    CSize GetWindowExt() const;
+    CSize GetViewportExt() const;
 
     /// Maps points in place from device pixels to logical units, and back.
     virtual void DPtoLP(CPoint* points, int count = 1) const;
@@ -80,11 +106,11 @@ public:
     virtual unsigned long SetTextColor(unsigned long color);
     virtual unsigned SetTextAlign(unsigned align);
     virtual int SetPolyFillMode(int mode);
-    int GetBkMode() const { return m_BkMode; }
-    unsigned long GetBkColor() const { return m_BkColor; }
-    unsigned long GetTextColor() const { return m_TextColor; }
-    unsigned GetTextAlign() const { return m_TextAlign; }
-    int GetPolyFillMode() const { return m_PolyFillMode; }
+    int GetBkMode() const;
+    unsigned long GetBkColor() const;
+    unsigned long GetTextColor() const;
+    unsigned GetTextAlign() const;
+    int GetPolyFillMode() const;
 
     /// Draws from now on only on the pixels that Polygon fills (rule ALTERNATE), in place of what was set
     /// before; fewer than 3 points let nothing through. The polygon is mapped when it is set. It counts for
@@ -98,9 +124,15 @@ public:
     virtual CPoint MoveTo(int x, int y);
     virtual bool LineTo(int x, int y);
     virtual bool Polyline(const CPoint* points, int count);
-    CPoint MoveTo(const CPoint& p) { return MoveTo(p.x, p.y); }
-    bool LineTo(const CPoint& p) { return LineTo(p.x, p.y); }
-    CPoint GetCurrentPosition() const { return m_Position; }
+    CPoint MoveTo(const CPoint& p)
+    {
+        return MoveTo(p.x, p.y);
+    }
+    bool LineTo(const CPoint& p)
+    {
+        return LineTo(p.x, p.y);
+    }
+    CPoint GetCurrentPosition() const;
 
     /// Fills with the brush by the fill rule, then draws the closed outline with the pen. False for fewer
     /// than 2 points.
@@ -109,7 +141,10 @@ public:
     /// Returns the colour that is there now; CLR_INVALID outside the bitmap or the clip.
     virtual unsigned long SetPixel(int x, int y, unsigned long color);
     virtual unsigned long GetPixel(int x, int y) const;
-    unsigned long SetPixel(const CPoint& p, unsigned long color) { return SetPixel(p.x, p.y, color); }
+    unsigned long SetPixel(const CPoint& p, unsigned long color)
+    {
+        return SetPixel(p.x, p.y, color);
+    }
 
     /// Fills a rectangle, its right and bottom side excluded, and makes the colour the background colour.
     virtual void FillSolidRect(const CRect& rect, unsigned long color);
@@ -135,20 +170,11 @@ public:
                              const CPoint& lowerLeft, bool hasTransparency);
 
 private:
-    Canvas MakeCanvas() const;
-    Stroke MakeStroke() const;
-    bool HasThinSolidPen() const;
+    struct System;
 
-    DeviceMapping m_Mapping;
     CPen* m_Pen = nullptr;
     CBrush* m_Brush = nullptr;
     CFont* m_Font = nullptr;
     CBitmap* m_Bitmap = nullptr;
-    CPoint m_Position;
-    int m_BkMode = OPAQUE;
-    unsigned long m_BkColor = 0xFFFFFF;
-    unsigned long m_TextColor = 0;
-    unsigned m_TextAlign = TA_LEFT | TA_TOP;
-    int m_PolyFillMode = ALTERNATE;
-    std::shared_ptr<const ClipRegion> m_Clip;
+    mutable std::unique_ptr<System> m_System; ///< what else is set, and what draws
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "platform/Export.h"
@@ -22,9 +23,9 @@ public:
     /// where a context's axes turn y up (the compatible graphics mode). A weight from FW_SEMIBOLD on takes
     /// the bold face. The face is found as FindFont finds it.
     ///
-    /// Without effect: width (glyphs have the width of the face), orientation (glyphs follow the escapement,
-    /// as the compatible graphics mode has it), charset, precisions, quality, pitch. False, and no font, for
-    /// a null face name.
+    /// Without effect where the device is software: width (glyphs have the width of the face), orientation
+    /// (glyphs follow the escapement, as the compatible graphics mode has it), charset, precisions, quality,
+    /// pitch. On Windows they are GDI's. False, and no font, for a null face name.
     [[nodiscard]] bool CreateFontW(int height, int width, int escapement, int orientation, int weight,
                                    bool italic, bool underline, bool strikeOut, int charset, int outPrecision,
                                    int clipPrecision, int quality, int pitch, const wchar_t* faceName);
@@ -40,6 +41,8 @@ public:
     int Escapement() const { return m_Escapement; }
     bool IsUnderlined() const { return m_IsUnderlined; }
     bool IsStruckOut() const { return m_IsStruckOut; }
+    /// What the system draws with (see SystemObjects); null for a font that holds nothing.
+    const std::shared_ptr<void>& Handle() const { return m_Handle; }
 
 private:
     const FontFace* m_Face = nullptr;
@@ -47,4 +50,5 @@ private:
     int m_Escapement = 0;
     bool m_IsUnderlined = false;
     bool m_IsStruckOut = false;
+    std::shared_ptr<void> m_Handle;
 };

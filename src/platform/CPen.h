@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <memory>
 #include <span>
 
 #include "platform/Export.h"
@@ -50,6 +51,8 @@ public:
     unsigned long Color() const { return m_Color; }
     /// Lengths in logical units; empty unless the style is PS_USERSTYLE.
     std::span<const int> Pattern() const { return {m_Pattern.data(), m_PatternCount}; }
+    /// What the system draws with (see SystemObjects); null for a pen that holds nothing.
+    const std::shared_ptr<void>& Handle() const { return m_Handle; }
 
 private:
     bool m_IsCreated = false;
@@ -59,4 +62,5 @@ private:
     unsigned long m_Color = 0;
     std::array<int, MAX_PATTERN> m_Pattern{};
     std::size_t m_PatternCount = 0;
+    std::shared_ptr<void> m_Handle;
 };

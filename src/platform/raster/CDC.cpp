@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/raster/Canvas.h"
+#include "platform/raster/ContextSystem.h"
 #include "platform/raster/PolygonFill.h"
 #include "platform/raster/Stroke.h"
 #include "platform/raster/ThinLine.h"
@@ -91,23 +92,16 @@ CPoint Moved(CPoint p, int dx, int dy)
 }
 } // namespace
 
-CDC::CDC() = default;
+CDC::CDC() : m_System(std::make_unique<System>()) {}
 CDC::~CDC() = default;
 
 bool CDC::CreateCompatibleDC(CDC* /*other*/)
 {
-    m_Mapping = DeviceMapping();
     m_Pen = nullptr;
     m_Brush = nullptr;
     m_Font = nullptr;
     m_Bitmap = nullptr;
-    m_Position = CPoint();
-    m_BkMode = OPAQUE;
-    m_BkColor = COLOR_BITS;
-    m_TextColor = 0;
-    m_TextAlign = TA_LEFT | TA_TOP;
-    m_PolyFillMode = ALTERNATE;
-    m_Clip = nullptr;
+    *m_System = System();
     return true;
 }
 
@@ -134,98 +128,153 @@ CFont* CDC::SelectObject(CFont* font)
 CBitmap* CDC::SelectObject(CBitmap* bitmap)
 {
     const CSize before = m_Bitmap ? CSize(m_Bitmap->Width(), m_Bitmap->Height()) : CSize();
-    if (!bitmap || before != CSize(bitmap->Width(), bitmap->Height())) m_Clip = nullptr;
+    if (!bitmap || before != CSize(bitmap->Width(), bitmap->Height())) m_System->clip = nullptr;
     return std::exchange(m_Bitmap, bitmap);
 }
 
 int CDC::SetMapMode(int mode)
 {
-    const int before = m_Mapping.Mode();
-    return m_Mapping.SetMode(mode) ? before : 0;
+    const int before = m_System->mapping.Mode();
+    return m_System->mapping.SetMode(mode) ? before : 0;
 }
 
 CPoint CDC::SetWindowOrg(int x, int y)
 {
-    const CPoint before = m_Mapping.WindowOrg();
-    m_Mapping.SetWindowOrg({x, y});
+    const CPoint before = m_System->mapping.WindowOrg();
+    m_System->mapping.SetWindowOrg({x, y});
     return before;
 }
 
 CPoint CDC::SetViewportOrg(int x, int y)
 {
-    const CPoint before = m_Mapping.ViewportOrg();
-    m_Mapping.SetViewportOrg({x, y});
+    const CPoint before = m_System->mapping.ViewportOrg();
+    m_System->mapping.SetViewportOrg({x, y});
     return before;
 }
 
 CSize CDC::SetWindowExt(int cx, int cy)
 {
-    const CSize before = m_Mapping.WindowExt();
-    return m_Mapping.SetWindowExt({cx, cy}) ? before : CSize();
+    const CSize before = m_System->mapping.WindowExt();
+    return m_System->mapping.SetWindowExt({cx, cy}) ? before : CSize();
 }
 
 CSize CDC::SetViewportExt(int cx, int cy)
 {
-    const CSize before = m_Mapping.ViewportExt();
-    return m_Mapping.SetViewportExt({cx, cy}) ? before : CSize();
+    const CSize before = m_System->mapping.ViewportExt();
+    return m_System->mapping.SetViewportExt({cx, cy}) ? before : CSize();
+}
+
+int CDC::GetMapMode() const
+{
+    return m_System->mapping.Mode();
+}
+
+CPoint CDC::GetWindowOrg() const
+{
+    return m_System->mapping.WindowOrg();
+}
+
+CPoint CDC::GetViewportOrg() const
+{
+    return m_System->mapping.ViewportOrg();
+}
+
+CSize CDC::GetWindowExt() const
+{
+    return m_System->mapping.WindowExt();
+}
+
+CSize CDC::GetViewportExt() const
+{
+    return m_System->mapping.ViewportExt();
 }
 
 void CDC::DPtoLP(CPoint* points, int count) const
 {
-    for (int i = 0; i < count; ++i) points[i] = m_Mapping.ToLogical(points[i]);
+    for (int i = 0; i < count; ++i) points[i] = m_System->mapping.ToLogical(points[i]);
 }
 
 void CDC::LPtoDP(CPoint* points, int count) const
 {
-    for (int i = 0; i < count; ++i) points[i] = m_Mapping.ToDevice(points[i]);
+    for (int i = 0; i < count; ++i) points[i] = m_System->mapping.ToDevice(points[i]);
 }
 
 int CDC::SetBkMode(int mode)
 {
-    return std::exchange(m_BkMode, mode);
+    return std::exchange(m_System->bkMode, mode);
 }
 
 unsigned long CDC::SetBkColor(unsigned long color)
 {
-    return std::exchange(m_BkColor, color & COLOR_BITS);
+    return std::exchange(m_System->bkColor, color & COLOR_BITS);
 }
 
 unsigned long CDC::SetTextColor(unsigned long color)
 {
-    return std::exchange(m_TextColor, color & COLOR_BITS);
+    return std::exchange(m_System->textColor, color & COLOR_BITS);
 }
 
 unsigned CDC::SetTextAlign(unsigned align)
 {
-    return std::exchange(m_TextAlign, align);
+    return std::exchange(m_System->textAlign, align);
 }
 
 int CDC::SetPolyFillMode(int mode)
 {
-    return std::exchange(m_PolyFillMode, mode);
+    return std::exchange(m_System->polyFillMode, mode);
 }
 
-Canvas CDC::MakeCanvas() const
+int CDC::GetBkMode() const
+{
+    return m_System->bkMode;
+}
+
+unsigned long CDC::GetBkColor() const
+{
+    return m_System->bkColor;
+}
+
+unsigned long CDC::GetTextColor() const
+{
+    return m_System->textColor;
+}
+
+unsigned CDC::GetTextAlign() const
+{
+    return m_System->textAlign;
+}
+
+int CDC::GetPolyFillMode() const
+{
+    return m_System->polyFillMode;
+}
+
+CPoint CDC::GetCurrentPosition() const
+{
+    return m_System->position;
+}
+
+Canvas CDC::System::MakeCanvas(CBitmap* bitmap) const
 {
     Canvas canvas;
-    if (!m_Bitmap || !m_Bitmap->IsCreated()) return canvas;
-    canvas.pixels = m_Bitmap->Pixels();
-    canvas.stride = m_Bitmap->Width();
-    canvas.clip = CRect(0, 0, m_Bitmap->Width(), m_Bitmap->Height());
-    if (!m_Clip) return canvas;
-    canvas.clip.IntersectRect(canvas.clip, m_Clip->Bounds());
-    canvas.region = m_Clip->IsRectangle() ? nullptr : m_Clip.get();
+    if (!bitmap || !bitmap->IsCreated()) return canvas;
+    canvas.pixels = bitmap->Pixels();
+    canvas.stride = bitmap->Width();
+    canvas.clip = CRect(0, 0, bitmap->Width(), bitmap->Height());
+    if (!clip) return canvas;
+    canvas.clip.IntersectRect(canvas.clip, clip->Bounds());
+    canvas.region = clip->IsRectangle() ? nullptr : clip.get();
     return canvas;
 }
 
 bool CDC::SetClipPolygon(const CPoint* points, int count)
 {
-    m_Clip = nullptr;
-    const CRect within = MakeCanvas().clip;
+    m_System->clip = nullptr;
+    const CRect within = m_System->MakeCanvas(m_Bitmap).clip;
     try {
-        const MappedPoints mapped(m_Mapping, points, std::max(count, 0));
+        const MappedPoints mapped(m_System->mapping, points, std::max(count, 0));
         const std::span<const CPoint> corners = count < 3 ? std::span<const CPoint>() : mapped.Span();
-        m_Clip = std::make_shared<const ClipRegion>(corners, ALTERNATE, within);
+        m_System->clip = std::make_shared<const ClipRegion>(corners, ALTERNATE, within);
     } catch (const std::bad_alloc&) {
         return false;
     }
@@ -234,48 +283,48 @@ bool CDC::SetClipPolygon(const CPoint* points, int count)
 
 void CDC::ResetClip()
 {
-    m_Clip = nullptr;
+    m_System->clip = nullptr;
 }
 
-bool CDC::HasThinSolidPen() const
+bool CDC::System::DrawsThinSolid(const CPen* pen) const
 {
-    if (!m_Pen) return true;
-    if (m_Pen->IsGeometric() || (m_Pen->Style() != PS_SOLID && m_Pen->Style() != PS_INSIDEFRAME)) return false;
-    return m_Pen->Width() <= 1 || m_Pen->Width() * m_Mapping.ScaleX() < 1.5;
+    if (!pen) return true;
+    if (pen->IsGeometric() || (pen->Style() != PS_SOLID && pen->Style() != PS_INSIDEFRAME)) return false;
+    return pen->Width() <= 1 || pen->Width() * mapping.ScaleX() < 1.5;
 }
 
-Stroke CDC::MakeStroke() const
+Stroke CDC::System::MakeStroke(const CPen* pen) const
 {
-    const CPen& pen = PenOf(m_Pen);
-    const double scale = m_Mapping.ScaleX();
+    const CPen& drawn = PenOf(pen);
+    const double scale = mapping.ScaleX();
     Stroke stroke;
-    stroke.pixel = PixelOf(pen.Color());
-    stroke.width = pen.Style() == PS_NULL ? 0 : std::max(1.0, std::floor(pen.Width() * scale + 0.5));
-    stroke.isThin = !pen.IsGeometric() && (pen.Width() <= 1 || stroke.width <= 1);
-    if (pen.IsGeometric()) AddPattern(stroke, pen.Pattern(), scale);
+    stroke.pixel = PixelOf(drawn.Color());
+    stroke.width = drawn.Style() == PS_NULL ? 0 : std::max(1.0, std::floor(drawn.Width() * scale + 0.5));
+    stroke.isThin = !drawn.IsGeometric() && (drawn.Width() <= 1 || stroke.width <= 1);
+    if (drawn.IsGeometric()) AddPattern(stroke, drawn.Pattern(), scale);
     if (!stroke.isThin) return stroke;
-    for (const int length : DASHES[static_cast<std::size_t>(pen.Style())])
+    for (const int length : DASHES[static_cast<std::size_t>(drawn.Style())])
         if (length > 0) AddDash(stroke, length);
-    stroke.hasPaintedGaps = m_BkMode == OPAQUE;
-    stroke.gapPixel = PixelOf(m_BkColor);
+    stroke.hasPaintedGaps = bkMode == OPAQUE;
+    stroke.gapPixel = PixelOf(bkColor);
     return stroke;
 }
 
 CPoint CDC::MoveTo(int x, int y)
 {
-    return std::exchange(m_Position, CPoint(x, y));
+    return std::exchange(m_System->position, CPoint(x, y));
 }
 
 bool CDC::LineTo(int x, int y)
 {
-    const CPoint from = m_Mapping.ToDevice(std::exchange(m_Position, CPoint(x, y)));
-    const CPoint to = m_Mapping.ToDevice({x, y});
-    const Canvas canvas = MakeCanvas();
-    if (HasThinSolidPen()) {
+    const CPoint from = m_System->mapping.ToDevice(std::exchange(m_System->position, CPoint(x, y)));
+    const CPoint to = m_System->mapping.ToDevice({x, y});
+    const Canvas canvas = m_System->MakeCanvas(m_Bitmap);
+    if (m_System->DrawsThinSolid(m_Pen)) {
         DrawSolidLine(canvas, from, to, PixelOf(m_Pen ? m_Pen->Color() : 0));
         return true;
     }
-    const Stroke stroke = MakeStroke();
+    const Stroke stroke = m_System->MakeStroke(m_Pen);
     StrokePath(canvas, stroke, from).LineTo(to);
     return true;
 }
@@ -283,34 +332,34 @@ bool CDC::LineTo(int x, int y)
 bool CDC::Polyline(const CPoint* points, int count)
 {
     if (count < 2) return false;
-    const Canvas canvas = MakeCanvas();
-    CPoint from = m_Mapping.ToDevice(points[0]);
-    if (HasThinSolidPen()) {
+    const Canvas canvas = m_System->MakeCanvas(m_Bitmap);
+    CPoint from = m_System->mapping.ToDevice(points[0]);
+    if (m_System->DrawsThinSolid(m_Pen)) {
         const std::uint32_t pixel = PixelOf(PenOf(m_Pen).Color());
         for (int i = 1; i < count; ++i) {
-            const CPoint to = m_Mapping.ToDevice(points[i]);
+            const CPoint to = m_System->mapping.ToDevice(points[i]);
             DrawSolidLine(canvas, from, to, pixel);
             from = to;
         }
         return true;
     }
-    const Stroke stroke = MakeStroke();
+    const Stroke stroke = m_System->MakeStroke(m_Pen);
     StrokePath path(canvas, stroke, from);
-    for (int i = 1; i < count; ++i) path.LineTo(m_Mapping.ToDevice(points[i]));
+    for (int i = 1; i < count; ++i) path.LineTo(m_System->mapping.ToDevice(points[i]));
     return true;
 }
 
 bool CDC::Polygon(const CPoint* points, int count)
 {
     if (count < 2) return false;
-    const Canvas canvas = MakeCanvas();
+    const Canvas canvas = m_System->MakeCanvas(m_Bitmap);
     if (canvas.clip.IsRectEmpty()) return true;
     try {
-        const MappedPoints mapped(m_Mapping, points, count);
+        const MappedPoints mapped(m_System->mapping, points, count);
         const std::uint32_t fill = PixelOf(m_Brush ? m_Brush->Color() : COLOR_BITS);
-        ScanPolygon(mapped.Span(), m_PolyFillMode, canvas.clip,
+        ScanPolygon(mapped.Span(), m_System->polyFillMode, canvas.clip,
                     [&](int y, int left, int right) { canvas.FillSpan(y, left, right, fill); });
-        const Stroke stroke = MakeStroke();
+        const Stroke stroke = m_System->MakeStroke(m_Pen);
         StrokePath outline(canvas, stroke, mapped.Span().front());
         for (const CPoint& p : mapped.Span().subspan(1)) outline.LineTo(p);
         outline.LineTo(mapped.Span().front());
@@ -322,8 +371,8 @@ bool CDC::Polygon(const CPoint* points, int count)
 
 unsigned long CDC::SetPixel(int x, int y, unsigned long color)
 {
-    const Canvas canvas = MakeCanvas();
-    const CPoint p = m_Mapping.ToDevice({x, y});
+    const Canvas canvas = m_System->MakeCanvas(m_Bitmap);
+    const CPoint p = m_System->mapping.ToDevice({x, y});
     if (!canvas.Holds(p)) return CLR_INVALID;
     *canvas.At(p.x, p.y) = PixelOf(color);
     return color & COLOR_BITS;
@@ -331,16 +380,17 @@ unsigned long CDC::SetPixel(int x, int y, unsigned long color)
 
 unsigned long CDC::GetPixel(int x, int y) const
 {
-    const Canvas canvas = MakeCanvas();
-    const CPoint p = m_Mapping.ToDevice({x, y});
+    const Canvas canvas = m_System->MakeCanvas(m_Bitmap);
+    const CPoint p = m_System->mapping.ToDevice({x, y});
     return canvas.Holds(p) ? ColorOf(*canvas.At(p.x, p.y) & 0xFFFFFF) : CLR_INVALID;
 }
 
 void CDC::FillSolidRect(const CRect& rect, unsigned long color)
 {
     CDC::SetBkColor(color);
-    const Canvas canvas = MakeCanvas();
-    CRect pixels = PixelsBetween(m_Mapping.ToDevice(rect.TopLeft()), m_Mapping.ToDevice(rect.BottomRight()));
+    const Canvas canvas = m_System->MakeCanvas(m_Bitmap);
+    CRect pixels = PixelsBetween(m_System->mapping.ToDevice(rect.TopLeft()),
+                                 m_System->mapping.ToDevice(rect.BottomRight()));
     if (!pixels.IntersectRect(pixels, canvas.clip)) return;
     for (int y = pixels.top; y < pixels.bottom; ++y)
         canvas.FillSpan(y, pixels.left, pixels.right, PixelOf(color));
@@ -350,14 +400,14 @@ bool CDC::BitBlt(int x, int y, int width, int height, CDC* source, int sourceX, 
                  unsigned long operation)
 {
     if (operation != SRCCOPY || !source) return false;
-    const Canvas from = source->MakeCanvas();
+    const Canvas from = source->m_System->MakeCanvas(source->m_Bitmap);
     if (!from.pixels) return false;
     const CPoint start(x, y);
     const CPoint sourceStart(sourceX, sourceY);
-    const CRect target =
-        PixelsBetween(m_Mapping.ToDevice(start), m_Mapping.ToDevice(Moved(start, width, height)));
-    const CRect origin = PixelsBetween(source->m_Mapping.ToDevice(sourceStart),
-                                       source->m_Mapping.ToDevice(Moved(sourceStart, width, height)));
+    const CRect target = PixelsBetween(m_System->mapping.ToDevice(start),
+                                       m_System->mapping.ToDevice(Moved(start, width, height)));
+    const CRect origin = PixelsBetween(source->m_System->mapping.ToDevice(sourceStart),
+                                       source->m_System->mapping.ToDevice(Moved(sourceStart, width, height)));
     const auto widthOf = [](const CRect& r) {
         return std::int64_t{r.right} - r.left;
     };
@@ -372,7 +422,7 @@ bool CDC::BitBlt(int x, int y, int width, int height, CDC* source, int sourceX, 
     const std::int64_t dy = std::int64_t{origin.top} - target.top;
     const CRect shown(ToInt(all.left - dx), ToInt(all.top - dy), ToInt(all.right - dx),
                       ToInt(all.bottom - dy));
-    const Canvas canvas = MakeCanvas();
+    const Canvas canvas = m_System->MakeCanvas(m_Bitmap);
     CRect pixels;
     if (!pixels.IntersectRect(target, shown) || !pixels.IntersectRect(pixels, canvas.clip)) return true;
     // Within one bitmap, rows are copied so that none is overwritten before it is read.

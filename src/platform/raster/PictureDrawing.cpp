@@ -5,7 +5,7 @@
 
 #include "platform/CDC.h"
 #include "platform/Picture.h"
-#include "platform/raster/Canvas.h"
+#include "platform/raster/ContextSystem.h"
 #include "platform/raster/Wide.h"
 
 namespace {
@@ -143,10 +143,11 @@ bool CDC::DrawPicture(const Picture& picture, const CPoint& upperLeft, const CPo
     const std::size_t count = static_cast<std::size_t>(std::max(picture.width, 0))
                               * static_cast<std::size_t>(std::max(picture.height, 0));
     if (count == 0 || picture.pixels.size() < count) return false;
-    const PicturePlacement placement(picture, m_Mapping.ToDevice(upperLeft), m_Mapping.ToDevice(upperRight),
-                                     m_Mapping.ToDevice(lowerLeft));
+    const PicturePlacement placement(picture, m_System->mapping.ToDevice(upperLeft),
+                                     m_System->mapping.ToDevice(upperRight),
+                                     m_System->mapping.ToDevice(lowerLeft));
     if (placement.IsFlat()) return false;
-    const Canvas canvas = MakeCanvas();
+    const Canvas canvas = m_System->MakeCanvas(m_Bitmap);
     for (int y = canvas.clip.top; y < canvas.clip.bottom; ++y) placement.DrawRow(canvas, y, hasTransparency);
     return true;
 }

@@ -5,7 +5,7 @@
 
 #include "platform/CDC.h"
 #include "platform/FontPixels.h"
-#include "platform/raster/Canvas.h"
+#include "platform/raster/ContextSystem.h"
 #include "platform/raster/PolygonFill.h"
 #include "platform/raster/TextCache.h"
 
@@ -219,7 +219,7 @@ void DrawTextLine(const TextRun& run, const SizedFace& face, const TextLine& lin
 CSize CDC::GetTextExtent(const wchar_t* text, int length) const
 {
     const CFont& font = FontOf(m_Font);
-    const FontPixels pixels = PixelsOf(font, m_Mapping.ScaleY());
+    const FontPixels pixels = PixelsOf(font, m_System->mapping.ScaleY());
     TextCache& cache = TextCache::Instance();
     const std::lock_guard hold(cache.m_Mutex);
     cache.Trim();
@@ -227,41 +227,43 @@ CSize CDC::GetTextExtent(const wchar_t* text, int length) const
     const auto logical = [](double size, double scale) {
         return ToInt(static_cast<std::int64_t>(std::min(std::floor(size / scale + 0.5), 4e9)));
     };
-    return {logical(static_cast<double>(width), m_Mapping.ScaleX()),
-            logical(pixels.Height(), m_Mapping.ScaleY())};
+    return {logical(static_cast<double>(width), m_System->mapping.ScaleX()),
+            logical(pixels.Height(), m_System->mapping.ScaleY())};
 }
 
 bool CDC::TextOutW(int x, int y, const wchar_t* text, int length)
 {
-    const bool movesPosition = (m_TextAlign & TA_UPDATECP) != 0;
+    const bool movesPosition = (m_System->textAlign & TA_UPDATECP) != 0;
     const CFont& font = FontOf(m_Font);
-    const FontPixels pixels = PixelsOf(font, m_Mapping.ScaleY());
+    const FontPixels pixels = PixelsOf(font, m_System->mapping.ScaleY());
     const std::wstring_view shown = TextOf(text, length);
     // The sense of the escapement turns with the axes.
-    const int direction = m_Mapping.IsMirrored() ? (TURN - font.Escapement()) % TURN : font.Escapement();
-    const CPoint reference = m_Mapping.ToDevice(movesPosition ? m_Position : CPoint(x, y));
-    const Canvas canvas = MakeCanvas();
+    const int direction =
+        m_System->mapping.IsMirrored() ? (TURN - font.Escapement()) % TURN : font.Escapement();
+    const CPoint reference = m_System->mapping.ToDevice(movesPosition ? m_System->position : CPoint(x, y));
+    const Canvas canvas = m_System->MakeCanvas(m_Bitmap);
 
     TextCache& cache = TextCache::Instance();
     const std::lock_guard hold(cache.m_Mutex);
     cache.Trim();
     SizedFace& face = cache.Find(font.Face(), pixels.ppem);
-    const bool needsWidth =
-        m_TextAlign != (TA_LEFT | TA_TOP) || m_BkMode == OPAQUE || font.IsUnderlined() || font.IsStruckOut();
+    const bool needsWidth = m_System->textAlign != (TA_LEFT | TA_TOP) || m_System->bkMode == OPAQUE
+                            || font.IsUnderlined() || font.IsStruckOut();
     const std::int64_t width = needsWidth ? WidthOf(face, shown) : 0;
     const auto extent = static_cast<double>(width);
-    const std::uint32_t pixel = PixelOf(m_TextColor);
+    const std::uint32_t pixel = PixelOf(m_System->textColor);
     TextRun run(canvas, face, direction, pixel);
-    run.SetOrigin(reference, AlongOf(m_TextAlign, width), AboveOf(m_TextAlign, pixels));
-    if (m_BkMode == OPAQUE) run.FillBar(extent, -pixels.descent, pixels.ascent, PixelOf(m_BkColor));
+    run.SetOrigin(reference, AlongOf(m_System->textAlign, width), AboveOf(m_System->textAlign, pixels));
+    if (m_System->bkMode == OPAQUE)
+        run.FillBar(extent, -pixels.descent, pixels.ascent, PixelOf(m_System->bkColor));
     if (!canvas.clip.IsRectEmpty()) run.Draw(shown);
     const GlyphSource* source = face.Source();
     if (font.IsUnderlined() && source) DrawTextLine(run, face, source->underline, width, pixel);
     if (font.IsStruckOut() && source) DrawTextLine(run, face, source->strikeOut, width, pixel);
 
-    const bool isCentred = (m_TextAlign & TA_CENTER) == TA_CENTER;
+    const bool isCentred = (m_System->textAlign & TA_CENTER) == TA_CENTER;
     if (movesPosition && !isCentred)
-        m_Position = m_Mapping.ToLogical(
-            CPoint(run.PointAt((m_TextAlign & TA_RIGHT) != 0 ? 0 : extent, -AboveOf(m_TextAlign, pixels))));
+        m_System->position = m_System->mapping.ToLogical(CPoint(run.PointAt(
+            (m_System->textAlign & TA_RIGHT) != 0 ? 0 : extent, -AboveOf(m_System->textAlign, pixels))));
     return true;
 }

@@ -1,11 +1,12 @@
 #include <algorithm>
 #include <cstdlib>
 #include <limits>
-#include <new>
 
 #include "platform/CBitmap.h"
+#include "platform/CBrush.h"
 #include "platform/CFont.h"
 #include "platform/CPen.h"
+#include "platform/SystemObjects.h"
 
 namespace {
 int Magnitude(int v)
@@ -23,7 +24,9 @@ bool CPen::CreatePen(int style, int width, unsigned long color)
     m_Width = Magnitude(width);
     m_Color = color & 0xFFFFFF;
     m_IsCreated = true;
-    return true;
+    if (SystemObjects::MakePen(*this, m_Handle)) return true;
+    DeleteObject();
+    return false;
 }
 
 bool CPen::CreateGeometricPen(int style, int width, unsigned long color, const int* pattern, int count)
@@ -46,7 +49,9 @@ bool CPen::CreateGeometricPen(int style, int width, unsigned long color, const i
     std::copy(lengths.begin(), lengths.end(), m_Pattern.begin());
     m_PatternCount = lengths.size();
     m_IsCreated = true;
-    return true;
+    if (SystemObjects::MakePen(*this, m_Handle)) return true;
+    DeleteObject();
+    return false;
 }
 
 bool CPen::DeleteObject()
@@ -58,18 +63,41 @@ bool CPen::DeleteObject()
     m_Width = 1;
     m_Color = 0;
     m_PatternCount = 0;
+    m_Handle = nullptr;
     return wasCreated;
 }
 
-bool CFont::CreateFontW(int height, int /*width*/, int escapement, int /*orientation*/, int weight,
-                        bool italic, bool underline, bool strikeOut, int /*charset*/, int /*outPrecision*/,
-                        int /*clipPrecision*/, int /*quality*/, int /*pitch*/, const wchar_t* faceName)
+bool CBrush::CreateSolidBrush(unsigned long color)
+{
+    DeleteObject();
+    m_Color = color & 0xFFFFFF;
+    m_IsCreated = SystemObjects::MakeBrush(*this, m_Handle);
+    if (!m_IsCreated) DeleteObject();
+    return m_IsCreated;
+}
+
+bool CBrush::DeleteObject()
+{
+    const bool wasCreated = m_IsCreated;
+    m_Color = 0xFFFFFF;
+    m_IsCreated = false;
+    m_Handle = nullptr;
+    return wasCreated;
+}
+
+bool CFont::CreateFontW(int height, int width, int escapement, int orientation, int weight, bool italic,
+                        bool underline, bool strikeOut, int charset, int outPrecision, int clipPrecision,
+                        int quality, int pitch, const wchar_t* faceName)
 {
     constexpr int TURN = 3600;
     DeleteObject();
     if (!faceName) return false;
+    const int cell = height == 0 ? FIRST_HEIGHT : height;
+    const FontWish wish{cell,      width,   escapement,   orientation,   weight,  italic, underline,
+                        strikeOut, charset, outPrecision, clipPrecision, quality, pitch,  faceName};
+    if (!SystemObjects::MakeFont(wish, m_Handle)) return false;
     m_Face = &FindFont(faceName, weight >= FW_SEMIBOLD, italic);
-    m_Height = height == 0 ? FIRST_HEIGHT : height;
+    m_Height = cell;
     m_Escapement = (escapement % TURN + TURN) % TURN;
     m_IsUnderlined = underline;
     m_IsStruckOut = strikeOut;
@@ -95,8 +123,7 @@ bool CBitmap::CreateBitmap(int width, int height)
     if (width < 1 || height < 1 || width > MAX_SIDE || height > MAX_SIDE) return false;
     const std::int64_t count = std::int64_t{width} * height;
     if (count > MAX_PIXELS) return false;
-    m_Pixels.reset(new (std::nothrow) std::uint32_t[static_cast<std::size_t>(count)]());
-    if (!m_Pixels) return false;
+    if (!SystemObjects::MakeBitmap(width, height, m_Handle, m_Pixels)) return false;
     m_Width = width;
     m_Height = height;
     return true;
@@ -110,7 +137,8 @@ bool CBitmap::CreateCompatibleBitmap(CDC* /*dc*/, int width, int height)
 bool CBitmap::DeleteObject()
 {
     const bool wasCreated = IsCreated();
-    m_Pixels.reset();
+    m_Handle = nullptr;
+    m_Pixels = nullptr;
     m_Width = 0;
     m_Height = 0;
     return wasCreated;
