@@ -5,7 +5,7 @@ file(GLOB_RECURSE HALYARD_SOURCES CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/src/*
 set(HALYARD_DEVICE_SOURCES ${HALYARD_SOURCES})
 if(WIN32 AND EXISTS "${PROJECT_SOURCE_DIR}/src/platform/win32/CDC.cpp")
     list(FILTER HALYARD_DEVICE_SOURCES INCLUDE REGEX
-        "/src/platform/(win32/(C[A-Z]|Gdi).*|raster/(DeviceMapping|FontPixels))\\.cpp$")
+        "/src/platform/(win32/(C[A-Z]|Gdi).*|raster/(ClipRegion|DeviceMapping|FontPixels|PolygonFill))\\.cpp$")
 elseif(WIN32)
     list(FILTER HALYARD_DEVICE_SOURCES INCLUDE REGEX "/src/platform/(raster/|win32/GlyphSource)")
 else()

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/CDC.h"
+#include "platform/win32/WindowsApi.h"
+
+/// A bitmap of GDI. A DIB section is selected into one context at a time.
+struct GdiBitmap {
+    HBITMAP handle = nullptr;
+    HDC holder = nullptr;           ///< The context that has it selected; null when none has.
+    HGDIOBJ holdersFirst = nullptr; ///< What that selects in its place.
+
+    GdiBitmap() = default;
+    ~GdiBitmap();
+    GdiBitmap(const GdiBitmap&) = delete;
+    GdiBitmap& operator=(const GdiBitmap&) = delete;
+};
+
+/// An object of GDI that is deleted with its last holder; null for a null handle.
+std::shared_ptr<void> OwnGdiObject(HGDIOBJ object);
+
+/// What a context holds of GDI: an HDC, its own or the host's, and what is selected into that. An object that
+/// is selected lives until another one is, whatever becomes of the pen, brush, font or bitmap that it was
+/// made for.
+struct CDC::System {
+    /// A memory context; its HDC is null when there is not the memory for it.
+    System();
+    /// The host's.
+    explicit System(HDC attached);
+    ~System();
+    System(const System&) = delete;
+    System& operator=(const System&) = delete;
+
+    /// A context's, made at the first call.
+    static System& Of(const CDC& dc);
+    /// Selects what the context has selected by now, and gives the HDC to draw on.
+    static HDC Drawable(const CDC& dc);
+
+    /// There are pixels that can be drawn on.
+    bool HasSurface() const { return isAttached || bitmap; }
+    void ChooseBitmap(const std::shared_ptr<GdiBitmap>& wanted);
+    /// Selects what the HDC had at first.
+    void ChooseFirst();
+
+    /// One kind of object.
+    struct Slot {
+        std::shared_ptr<void> chosen; ///< Null for the first.
+        HGDIOBJ first = nullptr;
+
+        void Choose(HDC hdc, const std::shared_ptr<void>& wanted);
+    };
+
+    HDC hdc = nullptr;
+    bool isAttached = false;
+    Slot pen;
+    Slot brush;
+    Slot font;
+    std::shared_ptr<GdiBitmap> bitmap;
+    HGDIOBJ firstBitmap = nullptr;
+    HGDIOBJ systemFont = nullptr; ///< What a memory context has before its first font.
+    std::shared_ptr<void> firstFont;
+};
+
+/// Points as GDI takes them: the same two words of 32 bits by other names.
+static_assert(sizeof(POINT) == sizeof(CPoint) && sizeof(LONG) == sizeof(int));
+inline const POINT* PointsOf(const CPoint* points)
+{
+    return reinterpret_cast<const POINT*>(points);
+}
+inline POINT* PointsOf(CPoint* points)
+{
+    return reinterpret_cast<POINT*>(points);
+}
+
+/// Puts a context into device pixels, without a map, for its own lifetime.
+class GdiPixelUnits {
+public:
+    explicit GdiPixelUnits(HDC hdc);
+    ~GdiPixelUnits();
+    GdiPixelUnits(const GdiPixelUnits&) = delete;
+    GdiPixelUnits& operator=(const GdiPixelUnits&) = delete;
+
+private:
+    HDC m_Context;
+    int m_Saved;
+};
