@@ -1,5 +1,6 @@
 // Makes a drawing, writes it, reads it back and looks at it, through the installed library alone.
 //   uses_halyard FILE.dxf          exit 0 when everything came back
+#include <halyard/clip/CircleClipper.h>
 #include <halyard/dxf/DXFFile.h>
 #include <halyard/model/DXF.h>
 #include <halyard/model/DXFArc.h>
@@ -49,12 +50,24 @@ bool Expect(bool claim, const char* what)
     return claim;
 }
 
+/// The lower half of a circle, by the clipper itself.
+bool CutsCircles()
+{
+    using P = GTL::Point3D<double>;
+    const GTL::Extents2D<double> window({-20, -20}, {20, 0});
+    std::vector<GTL::Arc<P>> arcs;
+    const GTL::Circle<P> circle({0, 0, 0}, 25);
+    const bool isCut = GTL::CircleClipper<P>(window).Clip(circle, arcs) == GTL::Clipped;
+    return Expect(isCut, "clippers can be called");
+}
+
 bool Holds(DXF& drawing)
 {
     Counter counter;
     const GTL::Extents3D<double> box = drawing.Extents();
     drawing.Draw(counter, box, KEEP_GOING);
-    bool good = Expect(drawing.NumLayers() == 3, "layers 0, WALLS and ROUND");
+    bool good = CutsCircles();
+    good &= Expect(drawing.NumLayers() == 3, "layers 0, WALLS and ROUND");
     good &= Expect(drawing.HasLayer(L"walls"), "layers are found in any case");
     good &= Expect(counter.m_Lines == 2 && counter.m_Circles == 1, "two lines and a circle");
     good &= Expect(counter.m_Arcs == 1 && counter.m_Polygons == 1, "an arc and a polygon");
