@@ -69,6 +69,8 @@ public:
         return group.offset == NO_BULGE ? std::string_view("0") : std::string_view(m_Object + group.offset, group.length);
     }
     bool Has(int code) const { return IndexOf(code) != NONE; }
+    /// The code occurs, and its first group comes before the first one of another code, which need not occur.
+    bool HasBefore(int code, int other) const { return IndexOf(code) < IndexOf(other); }
     /// First value of a code from 0 to 1071; empty when there is none.
     std::string_view First(int code) const
     {

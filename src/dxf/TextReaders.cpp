@@ -51,10 +51,14 @@ std::wstring FontOfSwitch(const std::wstring& text)
     return font;
 }
 
+/// Newer releases (2018) append what they know of columns as an object of its own that follows this code. It
+/// uses the codes of the text over again: its 11 and 21 are a place.
+constexpr int EMBEDDED_OBJECT = 101;
+
 /// Angle of a text: of its direction vector, turned to clockwise; without one the number of code 50 as it stands.
 Angle MTextRotation(const GroupReader& groups)
 {
-    if (!groups.Has(11) || !groups.Has(21)) return Angle(ParseDouble(groups.First(50)));
+    if (!groups.HasBefore(11, EMBEDDED_OBJECT) || !groups.HasBefore(21, EMBEDDED_OBJECT)) return Angle(ParseDouble(groups.First(50)));
     return Angle(-std::atan2(ParseDouble(groups.First(21)), ParseDouble(groups.First(11))) * MATH::RTD);
 }
 
@@ -100,7 +104,7 @@ ErrorString DXFFile::ReadMText(DXF& document)
     info.SetFont(font.empty() ? L"COURIER" : font);
     info.SetColor(text->Color());
     info.SetRotation(MTextRotation(*m_Reader));
-    if (m_Reader->Has(71)) info.AcadAttachmentPoint(ParseInt(m_Reader->First(71)));
+    if (m_Reader->HasBefore(71, EMBEDDED_OBJECT)) info.AcadAttachmentPoint(ParseInt(m_Reader->First(71)));
     if (info.Justification() == TextInfo::BOTTOM_LEFT && !font.empty()
         && content.find_first_of(DESCENDERS) != std::wstring::npos)
         info.SetJustification(TextInfo::BASELINE_LEFT);

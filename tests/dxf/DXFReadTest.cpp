@@ -295,6 +295,7 @@ TEST(DXFRead, ReadsMultiLineTexts)
         {"1 \\Ftxt.shx;none|71 1", L"\\Ftxt.shx;none", L"TXT", 6, 0},
         {"1 \\fnever ends|71 7", L"\\fnever ends", L"COURIER", 0, 0},
         {"1 %%d|71 9", L"\u00B0", L"COURIER", 2, 0},
+        {"1 x|71 7|50 30|101 Embedded Object|70 1|10 1|20 0|30 0|11 5|21 5|71 2|40 9", L"x", L"COURIER", 0, 30},
     };
     for (const Row& row : rows) {
         std::string groups = row.groups;
