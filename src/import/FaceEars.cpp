@@ -47,8 +47,8 @@ bool FaceCutter::IsEar(int corner, STRICTNESS strictness) const
     if (strictness == ANYTHING || turn == 0) return true;
     if (!(turn > 0)) return false;
     const Node &a = m_Nodes[Index(before)], &b = m_Nodes[Index(corner)], &c = m_Nodes[Index(after)];
-    const auto [minX, maxX] = std::minmax({a.x, b.x, c.x});
-    const auto [minY, maxY] = std::minmax({a.y, b.y, c.y});
+    const double minX = std::min({a.x, b.x, c.x}), maxX = std::max({a.x, b.x, c.x});
+    const double minY = std::min({a.y, b.y, c.y}), maxY = std::max({a.y, b.y, c.y});
     const auto stands = [&](int node) {
         const Node& n = m_Nodes[Index(node)];
         if (!n.isReflex || n.x < minX || n.x > maxX || n.y < minY || n.y > maxY) return false;
