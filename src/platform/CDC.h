@@ -149,7 +149,8 @@ public:
     /// Fills a rectangle, its right and bottom side excluded, and makes the colour the background colour.
     virtual void FillSolidRect(const CRect& rect, unsigned long color);
 
-    /// Size of a text in the selected font, its direction aside: the sum of the advances and the cell height.
+    /// Size of a text in the selected font, its direction aside: the sum of the advances and the cell height;
+    /// nothing for an empty text.
     virtual CSize GetTextExtent(const wchar_t* text, int length) const;
     /// Draws a text with its point of reference (SetTextAlign) at (x, y); with TA_UPDATECP at the position,
     /// which then moves to where the text ends (starts, for TA_RIGHT; stays for TA_CENTER). Edges are

@@ -10,6 +10,9 @@
 /// The map of logical to device coordinates of a context:
 /// device = (logical - window origin) * viewport extent / window extent + viewport origin, for each axis,
 /// rounded to the nearest pixel, halves up. Results beyond the range of int are the nearest int.
+///
+/// As with GDI, the map is logical * scale + shift with both held in single precision, unless the extents
+/// are equal but for their signs; then it is exact. A device's pixels are square.
 class HALYARD_API DeviceMapping {
 public:
     int Mode() const { return m_Mode; }
@@ -31,13 +34,11 @@ public:
     CPoint ToDevice(CPoint p) const { return {MapX(p.x), MapY(p.y)}; }
     int MapX(int x) const
     {
-        return m_HasUnitScale ? Saturate(std::int64_t{m_SignX} * x + m_ShiftX)
-                              : Scale(x, m_WindowOrg.x, m_ViewportExt.cx, m_WindowExt.cx, m_ViewportOrg.x);
+        return m_HasUnitScale ? Saturate(std::int64_t{m_SignX} * x + m_ShiftX) : m_X.Map(x);
     }
     int MapY(int y) const
     {
-        return m_HasUnitScale ? Saturate(std::int64_t{m_SignY} * y + m_ShiftY)
-                              : Scale(y, m_WindowOrg.y, m_ViewportExt.cy, m_WindowExt.cy, m_ViewportOrg.y);
+        return m_HasUnitScale ? Saturate(std::int64_t{m_SignY} * y + m_ShiftY) : m_Y.Map(y);
     }
     CPoint ToLogical(CPoint p) const;
 
@@ -54,7 +55,15 @@ private:
         constexpr std::int64_t HIGHEST = 2147483647LL;
         return static_cast<int>(v < LOWEST ? LOWEST : v > HIGHEST ? HIGHEST : v);
     }
-    static int Scale(int v, int fromOrigin, int to, int from, int toOrigin);
+    /// v * scale + shift, rounded.
+    struct Axis {
+        float scale = 1;
+        float shift = 0;
+
+        int Map(int v) const;
+        static Axis Of(int windowOrg, int windowExt, int viewportOrg, int viewportExt);
+    };
+
     void KeepAspect();
     void Update();
 
@@ -68,4 +77,8 @@ private:
     int m_SignY = 1;
     std::int64_t m_ShiftX = 0;
     std::int64_t m_ShiftY = 0;
+    Axis m_X;
+    Axis m_Y;
+    Axis m_BackX;
+    Axis m_BackY;
 };

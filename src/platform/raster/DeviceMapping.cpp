@@ -89,18 +89,32 @@ void DeviceMapping::Update()
     m_SignY = (m_ViewportExt.cy < 0) == (m_WindowExt.cy < 0) ? 1 : -1;
     m_ShiftX = m_ViewportOrg.x - std::int64_t{m_SignX} * m_WindowOrg.x;
     m_ShiftY = m_ViewportOrg.y - std::int64_t{m_SignY} * m_WindowOrg.y;
+    if (m_HasUnitScale) return;
+    m_X = Axis::Of(m_WindowOrg.x, m_WindowExt.cx, m_ViewportOrg.x, m_ViewportExt.cx);
+    m_Y = Axis::Of(m_WindowOrg.y, m_WindowExt.cy, m_ViewportOrg.y, m_ViewportExt.cy);
+    // The way back is that of the inverse matrix in the same precision: each scale over the determinant.
+    const double determinant = static_cast<double>(m_X.scale * m_Y.scale);
+    m_BackX.scale = static_cast<float>(static_cast<double>(m_Y.scale) / determinant);
+    m_BackY.scale = static_cast<float>(static_cast<double>(m_X.scale) / determinant);
+    m_BackX.shift = -m_X.shift * m_BackX.scale;
+    m_BackY.shift = -m_Y.shift * m_BackY.scale;
 }
 
-int DeviceMapping::Scale(int v, int fromOrigin, int to, int from, int toOrigin)
+int DeviceMapping::Axis::Map(int v) const
 {
-    const double offset = static_cast<double>(std::int64_t{v} - fromOrigin);
-    return Rounded(offset * to / from + toOrigin);
+    return Rounded(static_cast<double>(v) * static_cast<double>(scale) + static_cast<double>(shift));
+}
+
+DeviceMapping::Axis DeviceMapping::Axis::Of(int windowOrg, int windowExt, int viewportOrg, int viewportExt)
+{
+    const double exact = static_cast<double>(viewportExt) / windowExt;
+    return {static_cast<float>(exact), static_cast<float>(viewportOrg - exact * windowOrg)};
 }
 
 CPoint DeviceMapping::ToLogical(CPoint p) const
 {
-    return {Scale(p.x, m_ViewportOrg.x, m_WindowExt.cx, m_ViewportExt.cx, m_WindowOrg.x),
-            Scale(p.y, m_ViewportOrg.y, m_WindowExt.cy, m_ViewportExt.cy, m_WindowOrg.y)};
+    if (!m_HasUnitScale) return {m_BackX.Map(p.x), m_BackY.Map(p.y)};
+    return {Saturate(m_SignX * (p.x - m_ShiftX)), Saturate(m_SignY * (p.y - m_ShiftY))};
 }
 
 double DeviceMapping::ScaleX() const

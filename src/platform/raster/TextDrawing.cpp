@@ -218,12 +218,14 @@ void DrawTextLine(const TextRun& run, const SizedFace& face, const TextLine& lin
 
 CSize CDC::GetTextExtent(const wchar_t* text, int length) const
 {
+    const std::wstring_view measured = TextOf(text, length);
+    if (measured.empty()) return {};
     const CFont& font = FontOf(m_Font);
     const FontPixels pixels = PixelsOf(font, m_System->mapping.ScaleY());
     TextCache& cache = TextCache::Instance();
     const std::lock_guard hold(cache.m_Mutex);
     cache.Trim();
-    const std::int64_t width = WidthOf(cache.Find(font.Face(), pixels.ppem), TextOf(text, length));
+    const std::int64_t width = WidthOf(cache.Find(font.Face(), pixels.ppem), measured);
     const auto logical = [](double size, double scale) {
         return ToInt(static_cast<std::int64_t>(std::min(std::floor(size / scale + 0.5), 4e9)));
     };

@@ -7,24 +7,6 @@
 
 namespace {
 constexpr unsigned long COLOR_BITS = 0xFFFFFF;
-
-CPoint PointOf(const POINT& p)
-{
-    return {static_cast<int>(p.x), static_cast<int>(p.y)};
-}
-
-CSize SizeOf(const SIZE& size)
-{
-    return {static_cast<int>(size.cx), static_cast<int>(size.cy)};
-}
-
-/// What a function that asks a context for a point or a size gives; zeros when it fails.
-template <class Value>
-Value Ask(BOOL(WINAPI* ask)(HDC, Value*), HDC hdc)
-{
-    Value value = {};
-    return ask(hdc, &value) ? value : Value{};
-}
 } // namespace
 
 CDC::CDC() = default;
@@ -87,72 +69,6 @@ CBitmap* CDC::SelectObject(CBitmap* bitmap)
     return std::exchange(m_Bitmap, bitmap);
 }
 
-int CDC::SetMapMode(int mode)
-{
-    return ::SetMapMode(System::Of(*this).hdc, mode);
-}
-
-CPoint CDC::SetWindowOrg(int x, int y)
-{
-    POINT before = {};
-    ::SetWindowOrgEx(System::Of(*this).hdc, x, y, &before);
-    return PointOf(before);
-}
-
-CPoint CDC::SetViewportOrg(int x, int y)
-{
-    POINT before = {};
-    ::SetViewportOrgEx(System::Of(*this).hdc, x, y, &before);
-    return PointOf(before);
-}
-
-CSize CDC::SetWindowExt(int cx, int cy)
-{
-    SIZE before = {};
-    return ::SetWindowExtEx(System::Of(*this).hdc, cx, cy, &before) ? SizeOf(before) : CSize();
-}
-
-CSize CDC::SetViewportExt(int cx, int cy)
-{
-    SIZE before = {};
-    return ::SetViewportExtEx(System::Of(*this).hdc, cx, cy, &before) ? SizeOf(before) : CSize();
-}
-
-int CDC::GetMapMode() const
-{
-    return ::GetMapMode(System::Of(*this).hdc);
-}
-
-CPoint CDC::GetWindowOrg() const
-{
-    return PointOf(Ask(::GetWindowOrgEx, System::Of(*this).hdc));
-}
-
-CPoint CDC::GetViewportOrg() const
-{
-    return PointOf(Ask(::GetViewportOrgEx, System::Of(*this).hdc));
-}
-
-CSize CDC::GetWindowExt() const
-{
-    return SizeOf(Ask(::GetWindowExtEx, System::Of(*this).hdc));
-}
-
-CSize CDC::GetViewportExt() const
-{
-    return SizeOf(Ask(::GetViewportExtEx, System::Of(*this).hdc));
-}
-
-void CDC::DPtoLP(CPoint* points, int count) const
-{
-    if (count > 0) ::DPtoLP(System::Of(*this).hdc, PointsOf(points), count);
-}
-
-void CDC::LPtoDP(CPoint* points, int count) const
-{
-    if (count > 0) ::LPtoDP(System::Of(*this).hdc, PointsOf(points), count);
-}
-
 int CDC::SetBkMode(int mode)
 {
     return ::SetBkMode(System::Of(*this).hdc, mode);
@@ -205,7 +121,7 @@ int CDC::GetPolyFillMode() const
 
 CPoint CDC::GetCurrentPosition() const
 {
-    return PointOf(Ask(::GetCurrentPositionEx, System::Of(*this).hdc));
+    return GdiValue::PointOf(GdiValue::Ask(::GetCurrentPositionEx, System::Of(*this).hdc));
 }
 
 void CDC::ResetClip()
@@ -217,7 +133,7 @@ CPoint CDC::MoveTo(int x, int y)
 {
     POINT before = {};
     ::MoveToEx(System::Of(*this).hdc, x, y, &before);
-    return PointOf(before);
+    return GdiValue::PointOf(before);
 }
 
 bool CDC::LineTo(int x, int y)
@@ -261,7 +177,7 @@ CSize CDC::GetTextExtent(const wchar_t* text, int length) const
     const bool isEmpty = !text || length < 0;
     SIZE size = {};
     ::GetTextExtentPoint32W(hdc, isEmpty ? L"" : text, isEmpty ? 0 : length, &size);
-    return SizeOf(size);
+    return GdiValue::SizeOf(size);
 }
 
 bool CDC::TextOutW(int x, int y, const wchar_t* text, int length)

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "platform/CDC.h"
+#include "platform/DeviceMapping.h"
 #include "platform/win32/WindowsApi.h"
 
 /// A bitmap of GDI. A DIB section is selected into one context at a time.
@@ -37,6 +38,9 @@ struct CDC::System {
     /// Selects what the context has selected by now, and gives the HDC to draw on.
     static HDC Drawable(const CDC& dc);
 
+    /// Takes the map over into the HDC of a memory context.
+    void ApplyMap();
+
     /// There are pixels that can be drawn on.
     bool HasSurface() const { return isAttached || bitmap; }
     void ChooseBitmap(const std::shared_ptr<GdiBitmap>& wanted);
@@ -53,6 +57,9 @@ struct CDC::System {
 
     HDC hdc = nullptr;
     bool isAttached = false;
+    /// The map of a memory context. GDI would make the scales of MM_ISOTROPIC equal in the millimetres of the
+    /// screen, whole ones, so that 640 pixels may become 639; a bitmap's pixels are square.
+    DeviceMapping map;
     Slot pen;
     Slot brush;
     Slot font;
@@ -72,6 +79,20 @@ inline POINT* PointsOf(CPoint* points)
 {
     return reinterpret_cast<POINT*>(points);
 }
+
+/// Values of GDI as ours.
+struct GdiValue {
+    static CPoint PointOf(const POINT& p) { return {static_cast<int>(p.x), static_cast<int>(p.y)}; }
+    static CSize SizeOf(const SIZE& size) { return {static_cast<int>(size.cx), static_cast<int>(size.cy)}; }
+
+    /// What a function that asks a context for a point or a size gives; zeros when it fails.
+    template <class Value>
+    static Value Ask(BOOL(WINAPI* ask)(HDC, Value*), HDC hdc)
+    {
+        Value value = {};
+        return ask(hdc, &value) ? value : Value{};
+    }
+};
 
 /// Puts a context into device pixels, without a map, for its own lifetime.
 class GdiPixelUnits {

@@ -5,8 +5,8 @@
 #include <string>
 
 #include "platform/FontPixels.h"
+#include "platform/raster/GlyphSource.h"
 #include "platform/raster/SlowRaster.h"
-#include "platform/raster/TextCache.h"
 
 namespace {
 /// A bitmap of 200 x 200, white, and a context with a font of it.
@@ -82,8 +82,8 @@ TEST(TextExtent, IsTheSumOfRoundedAdvances)
     const Sheet sheet(16);
     EXPECT_EQ(sheet.Extent(L"0123456789"), CSize(80, 16));
     EXPECT_EQ(sheet.Extent(L"Mi i"), CSize(12 + 3 + 4 + 3, 16));
-    EXPECT_EQ(sheet.Extent(L""), CSize(0, 16));
-    EXPECT_EQ(sheet.dc.GetTextExtent(nullptr, 5), CSize(0, 16));
+    EXPECT_EQ(sheet.Extent(L""), CSize());
+    EXPECT_EQ(sheet.dc.GetTextExtent(nullptr, 5), CSize());
 }
 
 TEST(TextExtent, UnderAScaleIsMeasuredInPixelsThenScaled)
@@ -245,22 +245,4 @@ TEST(Text, BeyondTheRangeOfPixelsDrawsNothing)
     for (const int y : {-2147483647 - 1, 2147483647})
         for (const unsigned align : {TA_TOP, TA_BASELINE, TA_BOTTOM}) sheet.Out(20, y, align, L"'_\"g");
     EXPECT_EQ(sheet.Pixels(), blank);
-}
-
-TEST(TextCache, IsBoundedWhateverIsDrawn)
-{
-    // 3600 directions of large glyphs would take far more than the bound.
-    Sheet sheet;
-    for (int escapement = 0; escapement < 3600; escapement += 9) {
-        CFont font;
-        ASSERT_TRUE(font.CreateFontW(400, 0, escapement, 0, 400, false, false, false, 0, 0, 0, 0, 0,
-                                     L"Liberation Sans"));
-        sheet.dc.SelectObject(&font);
-        sheet.dc.TextOutW(100, 100, L"MW", 2);
-        sheet.dc.SelectObject(static_cast<CFont*>(nullptr));
-        TextCache& cache = TextCache::Instance();
-        const std::lock_guard hold(cache.m_Mutex);
-        ASSERT_LT(cache.Find(sheet.font.Face(), 14).Size(), TextCache::MAX_SIZE);
-        ASSERT_LT(cache.Size(), TextCache::MAX_SIZE + (std::size_t{4} << 20));
-    }
 }
