@@ -24,6 +24,6 @@ public:
     ClipResult Clip(const Arc<P>& input, std::vector<Arc<P>>& output) const;
 };
 
-extern template class HALYARD_API ArcClipper<Point3D<double>>;
+extern template class HALYARD_API_TEMPLATE ArcClipper<Point3D<double>>;
 
 } // namespace GTL

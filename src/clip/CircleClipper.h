@@ -26,6 +26,6 @@ public:
     ClipResult Clip(const Circle<P>& input, std::vector<Arc<P>>& output) const;
 };
 
-extern template class HALYARD_API CircleClipper<Point3D<double>>;
+extern template class HALYARD_API_TEMPLATE CircleClipper<Point3D<double>>;
 
 } // namespace GTL

@@ -25,6 +25,6 @@ public:
     ClipResult Clip(const Line<P>& input, Line<P>& output) const;
 };
 
-extern template class HALYARD_API LineClipper<Point3D<double>>;
+extern template class HALYARD_API_TEMPLATE LineClipper<Point3D<double>>;
 
 } // namespace GTL

@@ -26,7 +26,7 @@ public:
     ClipResult Clip(const Polyline<P>& ring, std::vector<Polyline<P>>& output) const;
 };
 
-extern template class HALYARD_API PolygonClipper<Point3D<double>>;
-extern template class HALYARD_API PolygonClipper<Point2D<double>>;
+extern template class HALYARD_API_TEMPLATE PolygonClipper<Point3D<double>>;
+extern template class HALYARD_API_TEMPLATE PolygonClipper<Point2D<double>>;
 
 } // namespace GTL

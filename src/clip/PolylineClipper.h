@@ -21,6 +21,6 @@ public:
     ClipResult Clip(const Polyline<P>& input, std::vector<Polyline<P>>& output) const;
 };
 
-extern template class HALYARD_API PolylineClipper<Point3D<double>>;
+extern template class HALYARD_API_TEMPLATE PolylineClipper<Point3D<double>>;
 
 } // namespace GTL

@@ -18,6 +18,6 @@ public:
     ClipResult Clip(const std::array<P, 3>& corners, std::vector<P>& output) const;
 };
 
-extern template class HALYARD_API TriangleClipper<Point3D<double>>;
+extern template class HALYARD_API_TEMPLATE TriangleClipper<Point3D<double>>;
 
 } // namespace GTL
