@@ -2,7 +2,7 @@
 add_library(halyard_dependencies INTERFACE)
 
 if(WIN32)
-    target_link_libraries(halyard_dependencies INTERFACE gdi32 gdiplus ole32)
+    target_link_libraries(halyard_dependencies INTERFACE gdi32 gdiplus ole32 shell32)
     target_compile_definitions(halyard_dependencies INTERFACE UNICODE _UNICODE _WIN32_WINNT=0x0A00)
 else()
     find_package(PkgConfig REQUIRED)

@@ -3,15 +3,13 @@
 file(GLOB_RECURSE HALYARD_SOURCES CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/src/*.cpp")
 # The device classes: in software, or over the system's own device where there is one.
 set(HALYARD_DEVICE_SOURCES ${HALYARD_SOURCES})
-if(WIN32 AND EXISTS "${PROJECT_SOURCE_DIR}/src/platform/win32/CDC.cpp")
+if(WIN32)
     list(FILTER HALYARD_DEVICE_SOURCES INCLUDE REGEX
         "/src/platform/(win32/(C[A-Z]|Gdi).*|raster/(ClipRegion|DeviceMapping|FontPixels|PolygonFill))\\.cpp$")
-elseif(WIN32)
-    list(FILTER HALYARD_DEVICE_SOURCES INCLUDE REGEX "/src/platform/(raster/|win32/GlyphSource)")
 else()
     list(FILTER HALYARD_DEVICE_SOURCES INCLUDE REGEX "/src/platform/raster/")
 endif()
-list(FILTER HALYARD_SOURCES EXCLUDE REGEX "/src/platform/(raster/|win32/(C[A-Z]|Gdi|GlyphSource))")
+list(FILTER HALYARD_SOURCES EXCLUDE REGEX "/src/platform/(raster/|win32/(C[A-Z]|Gdi))")
 if(WIN32)
     list(FILTER HALYARD_SOURCES EXCLUDE REGEX "/src/platform/posix/")
 else()

@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <deque>
 #include <filesystem>
+#include <string>
 
 /// Where a test finds what is not compiled into it. Each place can be moved by the environment.
 namespace TestPlaces {
@@ -11,6 +13,13 @@ inline std::filesystem::path FromEnvironment(const char* variable, const char* o
 {
     const char* value = std::getenv(variable);
     return value != nullptr && *value != '\0' ? value : otherwise;
+}
+
+/// Sets a variable of the environment; empty is as good as not set.
+inline void SetEnvironment(const std::string& name, const std::string& value)
+{
+    static std::deque<std::string> s_Kept; // the environment refers to them
+    putenv(s_Kept.emplace_back(name + "=" + value).data());
 }
 
 /// Root of the source tree.

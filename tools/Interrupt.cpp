@@ -25,6 +25,9 @@ void Interrupt::Install()
 {
     Take(SIGINT);
     Take(SIGTERM);
+#ifdef SIGBREAK // Ctrl-Break, and the closing of the console
+    Take(SIGBREAK);
+#endif
 }
 
 const std::atomic<bool>& Interrupt::KeepGoing()

@@ -62,7 +62,7 @@ std::optional<std::wstring> SafeOutput::Prepare()
     const fs::path folder = target.parent_path();
     if (!folder.empty() && !FileSystem::IsFolder(NameOf(folder)))
         return L"cannot be written: there is no folder " + NameOf(folder);
-    m_Temporary = NameOf(folder / (".halyard-" + RandomDigits() + ToUtf8(m_Suffix)));
+    m_Temporary = NameOf(folder / PathOf(L".halyard-" + FromUtf8(RandomDigits()) + m_Suffix));
     return std::nullopt;
 }
 

@@ -1,13 +1,18 @@
 #include "Commands.h"
 #include "Interrupt.h"
 #include "Report.h"
+#include "platform/CommandLine.h"
+#include "platform/Terminal.h"
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <memory>
 #include <new>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -37,7 +42,7 @@ std::string UsageMessage(const CLI::App*, const CLI::Error& error)
            + "\n'halyard --help' and 'halyard COMMAND --help' tell more.\n";
 }
 
-int Run(int argc, char** argv)
+int Run(std::vector<std::string> arguments)
 {
     int status = EXIT_DONE;
     CLI::App program("Halyard reads, shows and writes line drawings (DXF).", "halyard");
@@ -47,6 +52,8 @@ int Run(int argc, char** argv)
     program.failure_message(UsageMessage);
     program.set_version_flag("--version", Version(), "Print the version and exit");
     program.set_help_flag("-h,--help", "Print this help and exit");
+    // "/plan.dxf" is a file on every system.
+    program.allow_windows_style_options(false);
     program.require_subcommand(0, 1);
     program.footer(
         "Exit status: 0 done, 1 a failure told in one sentence, 2 wrong usage, 130 stopped by Ctrl-C.\n"
@@ -54,7 +61,10 @@ int Run(int argc, char** argv)
     for (const AddCommand add : COMMANDS) add(program, status);
     for (CLI::App* command : program.get_subcommands({})) command->group("Commands");
     try {
-        program.parse(argc, argv);
+        // Taken from the end on; the program's own name is none of them.
+        std::reverse(arguments.begin(), arguments.end());
+        if (!arguments.empty()) arguments.pop_back();
+        program.parse(std::move(arguments));
         if (program.get_subcommands().empty()) throw CLI::RequiredError("A command");
     } catch (const CLI::ParseError& error) {
         return program.exit(error) == 0 ? StandardOutput::Finish() : EXIT_WRONG_USAGE;
@@ -66,9 +76,10 @@ int Run(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
+    Terminal::Prepare();
     Interrupt::Install();
     try {
-        return Run(argc, argv);
+        return Run(ProgramArguments(argc, argv));
     } catch (const std::bad_alloc&) {
         std::fputs("halyard: not enough memory for this drawing\n", stderr);
     } catch (const std::exception& error) {

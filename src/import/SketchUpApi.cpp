@@ -1,8 +1,7 @@
 #include "import/SketchUpApi.h"
 
+#include "platform/CommandLine.h"
 #include "platform/Utf8.h"
-
-#include <cstdlib>
 
 namespace {
 
@@ -27,9 +26,9 @@ bool OpenLibrary(Vendor& vendor, const std::wstring& name)
 
 bool OpenVendor(Vendor& vendor, std::wstring& reason)
 {
-    const char* named = std::getenv("HALYARD_SKETCHUP_API");
-    if (named && *named != '\0') {
-        if (OpenLibrary(vendor, FromUtf8(named))) return true;
+    const std::wstring named = EnvironmentVariable("HALYARD_SKETCHUP_API").value_or(L"");
+    if (!named.empty()) {
+        if (OpenLibrary(vendor, named)) return true;
         reason = L"the SketchUp API library that HALYARD_SKETCHUP_API names cannot be loaded ("
                  + vendor.library.Reason() + L")";
         return false;

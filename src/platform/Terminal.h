@@ -7,6 +7,10 @@ class HALYARD_API Terminal {
 public:
     enum STREAM { STANDARD_INPUT = 0, STANDARD_OUTPUT = 1, STANDARD_ERROR = 2 };
 
+    /// To be called once, before anything is written: from then on the bytes of the standard streams pass as they
+    /// are, line ends included, and a terminal takes them for UTF-8 with the usual sequences of control.
+    static void Prepare();
+
     /// True when someone can watch the stream: it is neither a file nor a pipe.
     [[nodiscard]] static bool IsTerminal(STREAM stream);
 

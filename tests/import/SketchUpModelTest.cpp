@@ -60,11 +60,14 @@ protected:
     }
     ~SketchUp() override
     {
-        unsetenv("HALYARD_SKETCHUP_API");
+        Choose("");
         EXPECT_EQ(m_State->models, 0) << "a model was not released";
         EXPECT_EQ(m_State->sessions, 0) << "the library was not ended as often as it was started";
     }
-    static void Choose(const std::string& library) { setenv("HALYARD_SKETCHUP_API", library.c_str(), 1); }
+    static void Choose(const std::string& library)
+    {
+        TestPlaces::SetEnvironment("HALYARD_SKETCHUP_API", library);
+    }
 
     bool Load(SketchUpModel& model, const std::string& lines, double metresPerUnit = INCHES)
     {
@@ -227,7 +230,7 @@ TEST_F(SketchUp, WhatIsMissingIsSaidAndLoadsNothing)
         const wchar_t* said;
     } const rows[] = {
         {"/no such folder/library.so", L"HALYARD_SKETCHUP_API names cannot be loaded"},
-        {"libm.so.6", L"has no function SU"},
+        {SharedLibrary().Open(L"libm.so.6") ? "libm.so.6" : "kernel32.dll", L"has no function SU"},
         {"", L"is not there"},
     };
     for (const auto& row : rows) {

@@ -281,9 +281,9 @@ inline const std::vector<PlotKind>& All()
              EXPECT_EQ(circle.Extrusion(), GTL::Vector3D<double>(0, 0.6, 0.8));
          }},
         {"text", [](PlotBytes& b) { TextBytes(b, u"a \xD83D\xDE00 \xD83D \x4E2D"); },
-         []() -> std::unique_ptr<DXFEntity> { return NewText<DXFText>(L"a \x1F600 \xD83D \x4E2D"); },
+         []() -> std::unique_ptr<DXFEntity> { return NewText<DXFText>(L"a \U0001F600 \xD83D \x4E2D"); },
          [](const DXFEntity& e) {
-             ExpectText(e, L"a \x1F600 \xD83D \x4E2D");
+             ExpectText(e, L"a \U0001F600 \xD83D \x4E2D");
          }},
         {"arc",
          [](PlotBytes& b) { LineData(b).Double(7).Point(1, 2, 3).Double(350).Double(10).Point(0, 0.6, 0.8); },

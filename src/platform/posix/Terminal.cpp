@@ -3,6 +3,8 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+void Terminal::Prepare() {}
+
 bool Terminal::IsTerminal(STREAM stream)
 {
     return ::isatty(stream) == 1;

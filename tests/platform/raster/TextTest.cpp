@@ -96,6 +96,17 @@ TEST(TextExtent, UnderAScaleIsMeasuredInPixelsThenScaled)
     EXPECT_EQ(sheet.Extent(L"0123456789"), CSize(40, 8));
 }
 
+TEST(TextExtent, UnderAScaleIsOfTheHeightWithoutItsFraction)
+{
+    Sheet sheet(9);
+    sheet.dc.SetMapMode(MM_ISOTROPIC);
+    sheet.dc.SetWindowExt(100, 100);
+    sheet.dc.SetViewportExt(175, 175);
+    // 15.75 pixels count as 15: 13 an em, whose digits are 1139 * 13 / 2048 = 7.23 wide. 70 pixels are 40
+    // units. (16 pixels would be 14 an em, with digits of 7.79: 80 pixels, 46 units.)
+    EXPECT_EQ(sheet.Extent(L"0123456789").cx, 40);
+}
+
 TEST(Text, AlignmentMovesItByItsExtent)
 {
     const std::wstring text = L"Hg 12";
