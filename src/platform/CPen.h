@@ -23,11 +23,11 @@ public:
 
     /// A pen of style PS_SOLID to PS_INSIDEFRAME (which is solid), width in logical units, colour 0x00BBGGRR.
     ///
-    /// Lines of at most one pixel are cosmetic: exactly one pixel wide and, by the style, dashed in pixels
-    /// along the line's major axis, on and off in turn: PS_DASH 18, 6; PS_DOT 3, 3; PS_DASHDOT 9, 6, 3, 6;
-    /// PS_DASHDOTDOT 9, 3, 3, 3, 3, 3. In the background mode OPAQUE the gaps get the background colour. A
-    /// width above 1 draws solid whatever the style, with round caps and joins. A negative width counts as
-    /// positive. False, and no pen, for another style.
+    /// Lines of at most one pixel, and those of width 0 at any scale, are cosmetic: exactly one pixel wide
+    /// and, by the style, dashed in pixels along the line's major axis, on and off in turn: PS_DASH 18, 6;
+    /// PS_DOT 3, 3; PS_DASHDOT 9, 6, 3, 6; PS_DASHDOTDOT 9, 3, 3, 3, 3, 3. In the background mode OPAQUE the
+    /// gaps get the background colour. A width above a pixel draws solid whatever the style, with round caps
+    /// and joins. A negative width counts as positive. False, and no pen, for another style.
     [[nodiscard]] bool CreatePen(int style, int width, unsigned long color);
 
     /// The pen that ExtCreatePen gives for a solid brush. `style` is PS_GEOMETRIC with PS_SOLID, PS_NULL or

@@ -290,18 +290,24 @@ bool CDC::System::DrawsThinSolid(const CPen* pen) const
 {
     if (!pen) return true;
     if (pen->IsGeometric() || (pen->Style() != PS_SOLID && pen->Style() != PS_INSIDEFRAME)) return false;
-    return pen->Width() <= 1 || pen->Width() * mapping.ScaleX() < 1.5;
+    return WidthOf(*pen) <= 1;
+}
+
+int CDC::System::WidthOf(const CPen& pen) const
+{
+    if (!pen.IsCreated() || pen.Width() == 0) return 1;
+    const std::int64_t pixels = std::int64_t{mapping.MapX(pen.Width())} - mapping.MapX(0);
+    return std::max(1, ToInt(pixels < 0 ? -pixels : pixels));
 }
 
 Stroke CDC::System::MakeStroke(const CPen* pen) const
 {
     const CPen& drawn = PenOf(pen);
-    const double scale = mapping.ScaleX();
     Stroke stroke;
     stroke.pixel = PixelOf(drawn.Color());
-    stroke.width = drawn.Style() == PS_NULL ? 0 : std::max(1.0, std::floor(drawn.Width() * scale + 0.5));
-    stroke.isThin = !drawn.IsGeometric() && (drawn.Width() <= 1 || stroke.width <= 1);
-    if (drawn.IsGeometric()) AddPattern(stroke, drawn.Pattern(), scale);
+    stroke.width = drawn.Style() == PS_NULL ? 0 : WidthOf(drawn);
+    stroke.isThin = !drawn.IsGeometric() && stroke.width <= 1;
+    if (drawn.IsGeometric()) AddPattern(stroke, drawn.Pattern(), mapping.ScaleX());
     if (!stroke.isThin) return stroke;
     for (const int length : DASHES[static_cast<std::size_t>(drawn.Style())])
         if (length > 0) AddDash(stroke, length);

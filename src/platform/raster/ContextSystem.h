@@ -23,4 +23,6 @@ struct CDC::System {
     /// What a pen draws; null stands for the first.
     Stroke MakeStroke(const CPen* pen) const;
     bool DrawsThinSolid(const CPen* pen) const;
+    /// Whole pixels, at least 1.
+    int WidthOf(const CPen& pen) const;
 };

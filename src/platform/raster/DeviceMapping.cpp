@@ -72,8 +72,8 @@ bool DeviceMapping::SetViewportExt(CSize extent)
 
 void DeviceMapping::KeepAspect()
 {
-    const double x = ScaleX();
-    const double y = ScaleY();
+    const double x = std::fabs(static_cast<double>(m_ViewportExt.cx) / m_WindowExt.cx);
+    const double y = std::fabs(static_cast<double>(m_ViewportExt.cy) / m_WindowExt.cy);
     if (m_Mode == MM_ISOTROPIC && x > y) m_ViewportExt.cx = Shrunk(m_ViewportExt.cx, y / x);
     if (m_Mode == MM_ISOTROPIC && y > x) m_ViewportExt.cy = Shrunk(m_ViewportExt.cy, x / y);
     Update();
@@ -119,12 +119,12 @@ CPoint DeviceMapping::ToLogical(CPoint p) const
 
 double DeviceMapping::ScaleX() const
 {
-    return std::fabs(static_cast<double>(m_ViewportExt.cx) / m_WindowExt.cx);
+    return m_HasUnitScale ? 1 : std::fabs(static_cast<double>(m_X.scale));
 }
 
 double DeviceMapping::ScaleY() const
 {
-    return std::fabs(static_cast<double>(m_ViewportExt.cy) / m_WindowExt.cy);
+    return m_HasUnitScale ? 1 : std::fabs(static_cast<double>(m_Y.scale));
 }
 
 bool DeviceMapping::IsMirrored() const

@@ -19,12 +19,13 @@ const CFont& FontOf(const CFont* font)
     return font ? *font : s_First;
 }
 
+/// A scaled height loses its fraction.
 FontPixels PixelsOf(const CFont& font, double scale)
 {
     constexpr double LARGEST = 1 << 24;
     const double height = std::clamp(std::fabs(font.Height() * scale), 1.0, LARGEST);
-    const int rounded = static_cast<int>(height + 0.5);
-    return FontPixels::Of(font.Face().Metrics(), font.Height() < 0 ? -rounded : rounded);
+    const int whole = static_cast<int>(height);
+    return FontPixels::Of(font.Face().Metrics(), font.Height() < 0 ? -whole : whole);
 }
 
 std::wstring_view TextOf(const wchar_t* text, int length)

@@ -55,6 +55,19 @@ TEST(Mapping, ShrinksTheViewportOfAnIsotropicContextToOneScale)
     EXPECT_EQ(dc.GetWindowExt(), CSize(100, 100));
 }
 
+TEST(Mapping, HoldsItsScaleInSinglePrecision)
+{
+    CDC dc;
+    dc.SetMapMode(MM_ANISOTROPIC);
+    dc.SetWindowExt(10, 4);
+    dc.SetViewportExt(7, 5);
+    // 0.7 in single precision is 0.699999988, so that 5 units stay below 3.5; 1.25 is held exactly: 2 units
+    // are 2.5.
+    CPoint p(5, 2);
+    dc.LPtoDP(&p);
+    EXPECT_EQ(p, CPoint(3, 3));
+}
+
 TEST(Mapping, SaturatesAtTheEndsOfInt)
 {
     CDC dc;

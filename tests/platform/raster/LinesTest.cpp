@@ -150,6 +150,29 @@ TEST(WideLines, OfWidthFourAtRow20CoverRows18To21)
         for (int x = 10; x < 40; ++x) ASSERT_EQ(paper.At(x, y) == INK, y >= 18 && y <= 21) << x << ',' << y;
 }
 
+TEST(WideLines, OfWidthOneGrowWithTheScaleAndOfWidthZeroDoNot)
+{
+    const struct {
+        int penWidth, rows;
+    } rows[] = {{0, 1}, {1, 4}, {2, 8}};
+    for (const auto& row : rows) {
+        Paper paper;
+        paper.dc.SetMapMode(MM_ISOTROPIC);
+        paper.dc.SetWindowExt(10, 10);
+        paper.dc.SetViewportExt(40, 40);
+        CPen pen(PS_SOLID, row.penWidth, INK_COLOR);
+        paper.dc.SelectObject(&pen);
+        paper.dc.MoveTo(-10, 5);
+        paper.dc.LineTo(30, 5);
+        const Image pixels = paper.Pixels();
+        int covered = 0;
+        for (int y = 0; y < HEIGHT; ++y)
+            covered += pixels[static_cast<std::size_t>(y * WIDTH + 30)] == INK ? 1 : 0;
+        EXPECT_EQ(covered, row.rows) << row.penWidth;
+        paper.dc.SelectObject(static_cast<CPen*>(nullptr));
+    }
+}
+
 TEST(WideLines, CoverWhatIsNearerThanHalfTheirWidth)
 {
     // Round caps and joins: the union of discs along the way. Pixels on its very edge are left open.
