@@ -6,6 +6,7 @@
 #include <deque>
 #include <filesystem>
 #include <string>
+#include <type_traits>
 
 /// Where a test finds what is not compiled into it. Each place can be moved by the environment.
 namespace TestPlaces {
@@ -21,6 +22,9 @@ inline void SetEnvironment(const std::string& name, const std::string& value)
     static std::deque<std::string> s_Kept; // the environment refers to them
     putenv(s_Kept.emplace_back(name + "=" + value).data());
 }
+
+/// The system names files by wide characters, and is not that of this source's shell commands: Windows.
+inline constexpr bool IS_WINDOWS = std::is_same_v<std::filesystem::path::value_type, wchar_t>;
 
 /// Root of the source tree.
 inline std::filesystem::path Source()

@@ -60,4 +60,6 @@ public:
 private:
     void* m_File = nullptr;
     std::wstring m_Reason;
+    bool m_IsReadOnly = false;
+    bool m_IsMisused = false; ///< It was to write what is read only.
 };

@@ -40,6 +40,9 @@ public:
         for (int corner = 0; corner < 4; ++corner) Look(solid[corner]);
     }
 
+    /// How far apart the places are at which lines are looked at.
+    double Step() const { return m_Step; }
+
     double length = 0;
     double slack = 0; ///< by how much length may be wrong
     int beyond = 0;   ///< vertices that lie outside
@@ -91,7 +94,9 @@ TEST(ClipCorpus, LineWorkOfRealDrawingsIsKeptWithinAWindowOverTheirMiddle)
         DXFClipContext context{half.MinX(), half.MinY(), half.MaxX(), half.MaxY()};
         drawing.Clip(context, GO);
         const Survey after = SurveyOf(drawing, half);
-        EXPECT_NEAR(after.length, before.length, before.slack + after.slack + 1e-6 * before.length)
+        // A corner of the window may lie between two places of a line that is looked at.
+        const double slack = before.slack + after.slack + before.Step();
+        EXPECT_NEAR(after.length, before.length, slack + 1e-6 * before.length)
             << entry.path();
         EXPECT_EQ(after.beyond, 0) << entry.path();
         const int entities = drawing.NumEntities();

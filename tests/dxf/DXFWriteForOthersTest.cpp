@@ -101,6 +101,7 @@ TEST_F(DXFWriteForOthers, AnIndependentReaderSeesTheSameDrawing)
     }
     Write();
 
+    if (TestPlaces::IS_WINDOWS) GTEST_SKIP() << "the other reader is not run here";
     const Rows lines = List();
     if (lines.empty()) GTEST_SKIP() << "python3 has no package ezdxf (Debian: python3-ezdxf)";
     const Rows expected = {

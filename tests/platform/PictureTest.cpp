@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/PictureBytes.h"
+#include "TestPlaces.h"
 #include "platform/TemporaryFolder.h"
 #include "platform/Utf8.h"
 
@@ -20,11 +21,16 @@ struct DecodeRow {
     Bytes file;
     int width;
     Pixels pixels; ///< From the top left.
+    /// On Windows the system's decoder is asked, which makes something else of such a file, or nothing.
+    bool isLeftToTheSystem = false;
+
+    bool IsOurs() const { return !TestPlaces::IS_WINDOWS || !isLeftToTheSystem; }
 };
 
 void ExpectPixels(const DecodeRow& row)
 {
     SCOPED_TRACE(row.what);
+    if (!row.IsOurs()) return;
     std::wstring reason;
     const auto picture = DecodePicture(row.file, row.extension, &reason);
     ASSERT_NE(picture, nullptr) << ToUtf8(reason);
@@ -307,7 +313,7 @@ const std::vector<DecodeRow>& GifRows()
          MakeGif(1, 5, {0, 0, 1, 5}, 0x40, 9, {4, 0, 1, 4, 2, 3, 4, 1, 5}),
          1,
          {BLACK, WHITE, GREEN, RED, RED}},
-        {"data missing", L"gif", MakeGif(1, 3, {0, 0, 1, 3}, 0, 9, {4, 1, 5}), 1, {RED, BLACK, BLACK}},
+        {"data missing", L"gif", MakeGif(1, 3, {0, 0, 1, 3}, 0, 9, {4, 1, 5}), 1, {RED, BLACK, BLACK}, true},
     };
     return rows;
 }
@@ -440,13 +446,13 @@ const std::vector<DecodeRow>& JpegRows()
     };
     static const std::vector<DecodeRow> rows = {
         {"grey", L"jpg", MakeJpeg({178}, false), 8, all(0xFFB2B2B2)},
-        {"red, green, blue", L"jpeg", MakeJpeg({178, 80, 90}, true), 8, all(0xFFB2505A)},
+        {"red, green, blue", L"jpeg", MakeJpeg({178, 80, 90}, true), 8, all(0xFFB2505A), true},
         // With Adobe's marker 255 is no ink: red = 178 * 190 / 255 = 132.6, green = 80 * 190 / 255 = 59.6,
         // blue = 90 * 190 / 255 = 67.06.
-        {"four inks inverted", L"jpg", MakeJpeg({178, 80, 90, 190}, true), 8, all(0xFF853C43)},
+        {"four inks inverted", L"jpg", MakeJpeg({178, 80, 90, 190}, true), 8, all(0xFF853C43), true},
         // Without, 0 is: red = 77 * 65 / 255 = 19.6, green = 175 * 65 / 255 = 44.6, blue = 165 * 65 / 255
         // = 42.06.
-        {"four inks", L"jpg", MakeJpeg({178, 80, 90, 190}, false), 8, all(0xFF142D2A)},
+        {"four inks", L"jpg", MakeJpeg({178, 80, 90, 190}, false), 8, all(0xFF142D2A), true},
     };
     return rows;
 }
@@ -501,6 +507,7 @@ TEST(Picture, JpegGivesThePixelsWorkedOutByHand)
 TEST(Picture, HasAColorKeyExactlyWhenAPixelIsTransparent)
 {
     for (const DecodeRow& row : AllRows()) {
+        if (!row.IsOurs()) continue;
         const bool isTransparent = std::count(row.pixels.begin(), row.pixels.end(), KEY) != 0;
         EXPECT_EQ(DecodePicture(row.file, row.extension)->hasColorKey, isTransparent) << row.what;
     }
@@ -592,6 +599,7 @@ TEST(Picture, IsLoadedFromAFileByItsName)
 {
     const TemporaryFolder folder;
     for (const DecodeRow& row : AllRows()) {
+        if (!row.IsOurs()) continue;
         const std::string name = "site plan." + ToUtf8(row.extension);
         WriteFile(folder / name, {reinterpret_cast<const char*>(row.file.data()), row.file.size()});
         std::wstring reason;

@@ -159,7 +159,9 @@ TEST_F(Drawer, DrawsBulgedSegmentsOfPolylinesAsArcsOfTheirOwn)
     const Calls calls = Drawn(Chain({{10, 10, 0}, {20, 10, 0, -1}, {40, 10, 0}, {50, 10, 0, 1}}));
     ASSERT_EQ(calls.size(), 3U);
     EXPECT_EQ(calls[0], line + " 10,10 20,10");
-    EXPECT_THAT(calls[1], testing::ContainsRegex(" (29|30),(19|20) "));
+    using testing::HasSubstr;
+    EXPECT_THAT(calls[1], testing::AnyOf(HasSubstr(" 29,19 "), HasSubstr(" 29,20 "), HasSubstr(" 30,19 "),
+                                         HasSubstr(" 30,20 ")));
     EXPECT_EQ(calls[2], line + " 40,10 50,10");
 }
 

@@ -1,6 +1,7 @@
 #include "platform/RawFile.h"
 
 #include <cstdio>
+#include <cstring>
 #include <utility>
 
 #include "platform/file/NativeFile.h"
@@ -18,7 +19,9 @@ RawFile::~RawFile()
 }
 
 RawFile::RawFile(RawFile&& other) noexcept
-    : m_File(std::exchange(other.m_File, nullptr)), m_Reason(std::exchange(other.m_Reason, {}))
+    : m_File(std::exchange(other.m_File, nullptr)), m_Reason(std::exchange(other.m_Reason, {})),
+      m_IsReadOnly(other.m_IsReadOnly),
+      m_IsMisused(other.m_IsMisused)
 {
 }
 
@@ -28,6 +31,8 @@ RawFile& RawFile::operator=(RawFile&& other) noexcept
     Close();
     m_File = std::exchange(other.m_File, nullptr);
     m_Reason = std::exchange(other.m_Reason, {});
+    m_IsReadOnly = other.m_IsReadOnly;
+    m_IsMisused = other.m_IsMisused;
     return *this;
 }
 
@@ -36,6 +41,8 @@ bool RawFile::Open(const std::wstring& name, const char* mode)
     Close();
     m_Reason.clear();
     m_File = NativeFile::OpenStream(name, mode ? mode : "", m_Reason);
+    m_IsReadOnly = IsOpen() && std::strcmp(mode, "rb") == 0;
+    m_IsMisused = false;
     return IsOpen();
 }
 
@@ -46,7 +53,9 @@ std::size_t RawFile::Read(void* bytes, std::size_t count)
 
 std::size_t RawFile::Write(const void* bytes, std::size_t count)
 {
-    return m_File && count != 0 ? std::fwrite(bytes, 1, count, Stream(m_File)) : 0;
+    // Not every C library finds this out before the file is closed.
+    m_IsMisused = m_IsMisused || (m_IsReadOnly && count != 0);
+    return m_File && !m_IsReadOnly && count != 0 ? std::fwrite(bytes, 1, count, Stream(m_File)) : 0;
 }
 
 bool RawFile::Seek(std::int64_t offset, ORIGIN origin)
@@ -67,7 +76,7 @@ bool RawFile::AtEnd() const
 
 bool RawFile::Failed() const
 {
-    return m_File && std::ferror(Stream(m_File)) != 0;
+    return m_File && (m_IsMisused || std::ferror(Stream(m_File)) != 0);
 }
 
 bool RawFile::Flush()

@@ -123,7 +123,9 @@ PictureHeader ReadGifHeader(ByteSource& source)
     const unsigned flags = in.U8();
     SkipBytes(in, 2);
     if (source.Size() < in.Tell()) return Complaining(L"not a GIF file");
-    if ((flags & 0x80) != 0) SkipBytes(in, 3u << ((flags & 7) + 1));
+    constexpr unsigned HAS_COLORS = 0x80;
+    const bool hasColors = (flags & HAS_COLORS) != 0;
+    if (hasColors) SkipBytes(in, 3u << ((flags & 7) + 1));
     if (!FindGifImage(in)) return Complaining(L"the GIF file holds no picture");
 
     PictureHeader header;
@@ -131,7 +133,10 @@ PictureHeader ReadGifHeader(ByteSource& source)
     header.frameTop = in.U16();
     header.frameWidth = in.U16();
     header.frameHeight = in.U16();
+    const bool hasOwnColors = (in.U8() & HAS_COLORS) != 0;
     if (in.HasEnded()) return Complaining(L"the GIF file holds no picture");
+    // Not every system's decoder survives a file without colours.
+    if (!hasColors && !hasOwnColors) return Complaining(L"a kind of GIF that is not supported");
     if (header.frameWidth == 0 || header.frameHeight == 0) return Complaining(L"the picture has no pixels");
     header.width = std::max(screenWidth, header.frameLeft + header.frameWidth);
     header.height = std::max(screenHeight, header.frameTop + header.frameHeight);

@@ -9,18 +9,26 @@
 namespace {
 namespace Flat = Gdiplus::DllExports;
 
-/// Copies a bitmap's pixels to a place in the picture; what lies beyond the picture is left out.
-bool CopyPixels(Gdiplus::GpBitmap* bitmap, std::uint64_t left, std::uint64_t top, Picture& picture)
-{
+struct Size {
     UINT width = 0;
     UINT height = 0;
-    if (Flat::GdipGetImageWidth(bitmap, &width) != Gdiplus::Ok) return false;
-    if (Flat::GdipGetImageHeight(bitmap, &height) != Gdiplus::Ok) return false;
+};
+
+bool Measure(Gdiplus::GpBitmap* bitmap, Size& size)
+{
+    return Flat::GdipGetImageWidth(bitmap, &size.width) == Gdiplus::Ok
+           && Flat::GdipGetImageHeight(bitmap, &size.height) == Gdiplus::Ok;
+}
+
+/// Copies a bitmap's pixels to a place in the picture; what lies beyond the picture is left out.
+bool CopyPixels(Gdiplus::GpBitmap* bitmap, const Size& size, std::uint64_t left, std::uint64_t top,
+                Picture& picture)
+{
     const auto columns = static_cast<std::uint64_t>(picture.width);
     const auto rows = static_cast<std::uint64_t>(picture.height);
     if (left >= columns || top >= rows) return false;
-    const Gdiplus::Rect part(0, 0, static_cast<INT>(std::min<std::uint64_t>(width, columns - left)),
-                             static_cast<INT>(std::min<std::uint64_t>(height, rows - top)));
+    const Gdiplus::Rect part(0, 0, static_cast<INT>(std::min<std::uint64_t>(size.width, columns - left)),
+                             static_cast<INT>(std::min<std::uint64_t>(size.height, rows - top)));
 
     Gdiplus::BitmapData target = {};
     target.Width = static_cast<UINT>(part.Width);
@@ -34,15 +42,27 @@ bool CopyPixels(Gdiplus::GpBitmap* bitmap, std::uint64_t left, std::uint64_t top
     return Flat::GdipBitmapUnlockBits(bitmap, &target) == Gdiplus::Ok;
 }
 
-/// Decodes the first picture of a file whose header is known into a place of the picture.
-Complaint DecodeAt(ByteSource& source, std::uint64_t left, std::uint64_t top, Complaint damaged, Picture& picture)
+/// Puts what was decoded into the picture: all of it, or the frame of a GIF alone, whose screen then shows nothing
+/// around it.
+bool Place(Gdiplus::GpBitmap* bitmap, const PictureHeader& header, Picture& picture)
+{
+    Size size;
+    if (!Measure(bitmap, size)) return false;
+    const bool isFrame = size.width == header.frameWidth && size.height == header.frameHeight;
+    if (!isFrame) return CopyPixels(bitmap, size, 0, 0, picture);
+    std::fill(picture.pixels.begin(), picture.pixels.end(), Picture::COLOR_KEY);
+    return CopyPixels(bitmap, size, header.frameLeft, header.frameTop, picture);
+}
+
+/// Decodes the first picture of a file whose header is known.
+Complaint DecodeInto(ByteSource& source, const PictureHeader& header, Complaint damaged, Picture& picture)
 {
     const PlusSession session;
     if (!session.IsOpen()) return L"the system's decoder cannot be started";
     SourceStream stream(source);
     PlusBitmap bitmap;
     if (Flat::GdipCreateBitmapFromStream(&stream, bitmap.Slot()) != Gdiplus::Ok) return damaged;
-    return CopyPixels(bitmap.Get(), left, top, picture) ? nullptr : damaged;
+    return Place(bitmap.Get(), header, picture) ? nullptr : damaged;
 }
 
 Complaint Decode(ByteSource& source, const PictureHeader& header, Complaint damaged, Picture& picture)
@@ -50,7 +70,7 @@ Complaint Decode(ByteSource& source, const PictureHeader& header, Complaint dama
     if (header.complaint) return header.complaint;
     if (const Complaint complaint = Pixels::Allocate(picture, header.width, header.height, header.backed))
         return complaint;
-    if (const Complaint complaint = DecodeAt(source, 0, 0, damaged, picture)) return complaint;
+    if (const Complaint complaint = DecodeInto(source, header, damaged, picture)) return complaint;
     Pixels::KeyOutTransparent(picture);
     return nullptr;
 }

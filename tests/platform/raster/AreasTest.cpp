@@ -1,9 +1,6 @@
 #include <gtest/gtest.h>
 
 #include "platform/Picture.h"
-#include "platform/PictureFile.h"
-#include "platform/TemporaryFolder.h"
-#include "platform/Utf8.h"
 #include "platform/raster/SlowRaster.h"
 
 using namespace SlowRaster;
@@ -231,39 +228,6 @@ TEST(Pictures, TurnedFillTheirParallelogramAndNothingElse)
                 ASSERT_EQ(paper.At(x, y) == INK, s >= 0 && s < whole && t >= 0 && t < whole) << i;
             }
     }
-}
-
-TEST(PictureFiles, ReadBackAsTheyWereWritten)
-{
-    const TemporaryFolder folder;
-    Paper paper;
-    std::mt19937 random(3);
-    for (int i = 0; i < WIDTH * HEIGHT; ++i) paper.bitmap.Pixels()[i] = random() & 0xFFFFFF;
-    for (const char* name : {"a.png", "b.BMP"}) {
-        const std::wstring file = FromUtf8((folder / name).string());
-        std::wstring reason;
-        ASSERT_TRUE(SavePicture(file, paper.bitmap, &reason)) << ToUtf8(reason);
-        const auto picture = LoadPicture(file);
-        ASSERT_TRUE(picture);
-        ASSERT_EQ(picture->width, WIDTH);
-        ASSERT_EQ(picture->height, HEIGHT);
-        for (std::size_t i = 0; i < picture->pixels.size(); ++i)
-            ASSERT_EQ(picture->pixels[i], paper.bitmap.Pixels()[i] | 0xFF000000U) << name << i;
-    }
-}
-
-TEST(PictureFiles, ThatCannotBeWrittenSayWhy)
-{
-    const TemporaryFolder folder;
-    Paper paper;
-    const CBitmap empty;
-    std::wstring reason;
-    EXPECT_FALSE(SavePicture(FromUtf8((folder / "a.gif").string()), paper.bitmap, &reason));
-    EXPECT_EQ(reason, L"not a picture format that can be written");
-    EXPECT_FALSE(SavePicture(FromUtf8((folder / "a.png").string()), empty, &reason));
-    reason.clear();
-    EXPECT_FALSE(SavePicture(FromUtf8((folder / "none" / "a.png").string()), paper.bitmap, &reason));
-    EXPECT_NE(reason, L"");
 }
 
 TEST(Bitmaps, AboveTheirLimitsAreRefused)
