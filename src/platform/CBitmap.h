@@ -6,6 +6,9 @@
 
 #include "platform/CSize.h"
 #include "platform/Export.h"
+#include "platform/VendorClasses.h"
+
+#ifndef HALYARD_VENDOR_CLASSES
 
 class CDC;
 
@@ -66,3 +69,5 @@ private:
     int m_Width = 0;
     int m_Height = 0;
 };
+
+#endif

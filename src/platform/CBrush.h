@@ -4,6 +4,9 @@
 
 #include "platform/Export.h"
 #include "platform/GdiConstants.h"
+#include "platform/VendorClasses.h"
+
+#ifndef HALYARD_VENDOR_CLASSES
 
 /// How areas are filled. As with pens, a context looks at it at each operation; one that holds nothing fills
 /// as a context's first brush does: white.
@@ -30,3 +33,5 @@ private:
     bool m_IsCreated = false;
     std::shared_ptr<void> m_Handle;
 };
+
+#endif

@@ -9,18 +9,18 @@
 #include "platform/CPoint.h"
 #include "platform/CRect.h"
 #include "platform/CSize.h"
-#include "platform/DeviceMapping.h"
 #include "platform/Export.h"
 #include "platform/GdiConstants.h"
+#include "platform/VendorClasses.h"
 
-class ClipRegion;
-struct Canvas;
+#ifndef HALYARD_VENDOR_CLASSES
+
 struct Picture;
-struct Stroke;
 
-/// A device context. This class draws in software, into the bitmap that is selected into it, with the pixels
-/// that GDI gives; without a bitmap it measures and draws nothing. Every operation that a drawer uses is
-/// virtual: a derived class draws elsewhere, or records what is drawn.
+/// A device context that draws into the bitmap that is selected into it; without a bitmap it measures and
+/// draws nothing. On Windows it is a memory context of GDI, or one of the host's that is attached; elsewhere
+/// it draws in software, with the pixels that GDI gives. Every operation that a drawer uses is virtual: a
+/// derived class draws elsewhere, or records what is drawn.
 ///
 /// Points and sizes are in logical units unless said otherwise: device = (logical - window origin) * viewport
 /// extent / window extent + viewport origin, for each axis, to the nearest pixel, halves up. Any int is a
@@ -179,3 +179,5 @@ private:
     CBitmap* m_Bitmap = nullptr;
     mutable std::unique_ptr<System> m_System; ///< what else is set, and what draws
 };
+
+#endif

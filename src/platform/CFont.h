@@ -6,6 +6,9 @@
 #include "platform/Export.h"
 #include "platform/Font.h"
 #include "platform/GdiConstants.h"
+#include "platform/VendorClasses.h"
+
+#ifndef HALYARD_VENDOR_CLASSES
 
 /// A font in one size and direction. One that holds nothing draws as a context's first font does: the
 /// replacement face that FindFont gives for an empty name, cell height 16, level.
@@ -52,3 +55,5 @@ private:
     bool m_IsStruckOut = false;
     std::shared_ptr<void> m_Handle;
 };
+
+#endif

@@ -7,6 +7,9 @@
 
 #include "platform/Export.h"
 #include "platform/GdiConstants.h"
+#include "platform/VendorClasses.h"
+
+#ifndef HALYARD_VENDOR_CLASSES
 
 /// How lines are drawn. A pen is a description; a context that draws with it looks at it at each operation,
 /// so a pen that is made anew while it is selected counts from the next line on. A pen that holds nothing
@@ -64,3 +67,5 @@ private:
     std::size_t m_PatternCount = 0;
     std::shared_ptr<void> m_Handle;
 };
+
+#endif

@@ -1,6 +1,9 @@
 #pragma once
 
 #include "platform/CSize.h"
+#include "platform/VendorClasses.h"
+
+#ifndef HALYARD_VENDOR_CLASSES
 
 /// A point with whole coordinates: logical units or device pixels, as the operation that takes it says.
 struct CPoint {
@@ -21,3 +24,5 @@ struct CPoint {
     constexpr CPoint operator-(const CSize& size) const { return {x - size.cx, y - size.cy}; }
     constexpr CSize operator-(const CPoint& p) const { return {x - p.x, y - p.y}; }
 };
+
+#endif

@@ -2,6 +2,9 @@
 
 #include "platform/CPoint.h"
 #include "platform/CSize.h"
+#include "platform/VendorClasses.h"
+
+#ifndef HALYARD_VENDOR_CLASSES
 
 /// A rectangle of pixels: left and top belong to it, right and bottom do not.
 struct CRect {
@@ -45,3 +48,5 @@ struct CRect {
 
     constexpr bool operator==(const CRect&) const = default;
 };
+
+#endif

@@ -1,5 +1,9 @@
 #pragma once
 
+#include "platform/VendorClasses.h"
+
+#ifndef HALYARD_VENDOR_CLASSES
+
 /// A width and a height, in the units of whoever gives it.
 struct CSize {
     int cx = 0;
@@ -10,3 +14,5 @@ struct CSize {
 
     constexpr bool operator==(const CSize&) const = default;
 };
+
+#endif

@@ -3,6 +3,9 @@
 #include <limits>
 #include <string>
 #include <utility>
+#include "platform/VendorClasses.h"
+
+#ifndef HALYARD_VENDOR_CLASSES
 
 /// A wide text as hosts hand it over.
 class CString {
@@ -35,3 +38,5 @@ public:
 private:
     std::wstring m_Text;
 };
+
+#endif

@@ -2,6 +2,7 @@
 #include "model/DXFImage.h"
 #include "model/DXFMText.h"
 #include "model/DXFText.h"
+#include "platform/DeviceOperations.h"
 #include "render/WinDXFDrawer.h"
 #include "support/CPointMimic.h"
 #include "support/GDISelector.h"
@@ -167,10 +168,11 @@ void WinDXFDrawer::Write(const DXFImage& image)
     };
     m_Points.clear();
     for (const P3& corner : outline) m_Points.push_back(ToPixel(corner));
-    m_DC->SetClipPolygon(m_Points.data(), static_cast<int>(m_Points.size()));
-    m_DC->DrawPicture(*image.GetPicture(), pixelAt(0, image.Height()), pixelAt(image.Width(), image.Height()),
-                      pixelAt(0, 0), image.GetPicture()->hasColorKey);
-    m_DC->ResetClip();
+    DeviceOperations::SetClipPolygon(*m_DC, m_Points.data(), static_cast<int>(m_Points.size()));
+    DeviceOperations::DrawPicture(*m_DC, *image.GetPicture(), pixelAt(0, image.Height()),
+                                  pixelAt(image.Width(), image.Height()), pixelAt(0, 0),
+                                  image.GetPicture()->hasColorKey);
+    DeviceOperations::ResetClip(*m_DC);
 }
 
 void WinDXFDrawer::DrawOutline(const std::vector<P3>& outline, unsigned long color)

@@ -1,5 +1,6 @@
 #include "render/DxfPen.h"
 
+#include "platform/DeviceOperations.h"
 #include "support/LineInfo.h"
 
 #include <cstdint>
@@ -51,6 +52,6 @@ bool DxfPen::CreateDxfPen(int style, int width, unsigned long color)
     if (width < 2 || style == LineInfo::CONTINUOUS) return CreatePen(PlainStyle(style), width, color);
     std::vector<int> pattern = PatternOf(style);
     for (int& length : pattern) length = Times(length, width);
-    return CreateGeometricPen(PS_GEOMETRIC | PS_USERSTYLE, width, color, pattern.data(),
-                              static_cast<int>(pattern.size()));
+    return DeviceOperations::CreateGeometricPen(*this, PS_GEOMETRIC | PS_USERSTYLE, width, color,
+                                                pattern.data(), static_cast<int>(pattern.size()));
 }

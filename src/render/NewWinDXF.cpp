@@ -2,6 +2,7 @@
 
 #include "model/DXF.h"
 #include "platform/CDC.h"
+#include "platform/DeviceOperations.h"
 #include "render/DrawnExtents.h"
 #include "render/WinDXFDrawer.h"
 
@@ -52,11 +53,12 @@ void NewWinDXF::Draw(CDC* dc, const GTL::Extents2D<double>& extents, const CRect
     FlagInvisibleNodes();
     CheckNodes();
     if (m_NeedsRedraw) Render(dc);
-    if (!m_Bitmap.IsCreated()) return;
+    const CSize size = DeviceOperations::SizeOf(m_Bitmap);
+    if (size.cx == 0) return;
     CDC memory;
     memory.CreateCompatibleDC(dc);
     memory.SelectObject(&m_Bitmap);
-    dc->BitBlt(0, 0, m_Bitmap.Width(), m_Bitmap.Height(), &memory, 0, 0, SRCCOPY);
+    dc->BitBlt(0, 0, size.cx, size.cy, &memory, 0, 0, SRCCOPY);
 }
 
 void NewWinDXF::SetExtents(const GTL::Extents2D<double>& extents, const CRect& rect)

@@ -8,10 +8,10 @@
 /// A device point made from whatever coordinates come. Doubles are truncated toward zero; what lies beyond
 /// the range of int becomes the nearest int, not-a-number the lowest.
 struct CPointMimic : CPoint {
-    constexpr CPointMimic(int px, int py) : CPoint(px, py) {}
-    constexpr CPointMimic(const CPoint& p) : CPoint(p) {}
-    constexpr CPointMimic(const GTL::Point2D<int>& p) : CPoint(p.X(), p.Y()) {}
-    constexpr CPointMimic(const GTL::Point2D<double>& p) : CPoint(ToPixel(p.X()), ToPixel(p.Y())) {}
+    CPointMimic(int px, int py) : CPoint(px, py) {}
+    CPointMimic(const CPoint& p) : CPoint(p) {}
+    CPointMimic(const GTL::Point2D<int>& p) : CPoint(p.X(), p.Y()) {}
+    CPointMimic(const GTL::Point2D<double>& p) : CPoint(ToPixel(p.X()), ToPixel(p.Y())) {}
 
     static constexpr int ToPixel(double v)
     {

@@ -16,12 +16,12 @@ struct Field {
 };
 } // namespace
 
-const wchar_t* EncodeBmp(const CBitmap& bitmap, OutputFile& file)
+const wchar_t* EncodeBmp(const PixelRows& bitmap, OutputFile& file)
 {
     constexpr std::uint32_t HEADERS = 14 + 40;
     constexpr std::uint32_t PIXELS_A_METRE = 3780; // 96 an inch
-    const auto width = static_cast<std::uint32_t>(bitmap.Width());
-    const auto height = static_cast<std::uint32_t>(bitmap.Height());
+    const auto width = static_cast<std::uint32_t>(bitmap.width);
+    const auto height = static_cast<std::uint32_t>(bitmap.height);
     const std::uint32_t stride = (width * 3 + 3) / 4 * 4;
     const Field header[] = {
         {0x4D42, 2}, // "BM"
@@ -41,10 +41,11 @@ const wchar_t* EncodeBmp(const CBitmap& bitmap, OutputFile& file)
         {0, 4},
     };
     for (const Field& field : header) Put(file, field.value, field.byteCount);
-    for (int y = bitmap.Height() - 1; y >= 0; --y) {
+    for (int y = bitmap.height - 1; y >= 0; --y) {
         char* bytes = file.Reserve(stride);
-        for (int x = 0; x < bitmap.Width(); ++x) {
-            const std::uint32_t pixel = bitmap.Row(y)[x];
+        const std::uint32_t* row = bitmap.Row(y);
+        for (int x = 0; x < bitmap.width; ++x) {
+            const std::uint32_t pixel = row[x];
             for (int i = 0; i < 3; ++i) *bytes++ = static_cast<char>(pixel >> (8 * i) & 0xFF);
         }
         for (std::uint32_t i = width * 3; i < stride; ++i) *bytes++ = 0;

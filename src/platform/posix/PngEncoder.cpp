@@ -9,7 +9,7 @@ namespace {
 struct PngState {
     png_structp encoder;
     png_infop header;
-    const CBitmap* bitmap;
+    const PixelRows* bitmap;
     OutputFile* file;
     std::vector<png_byte> row;
     bool isDone;
@@ -33,7 +33,7 @@ void FillRow(PngState& state, int y)
 {
     const std::uint32_t* pixels = state.bitmap->Row(y);
     png_bytep bytes = state.row.data();
-    for (int x = 0; x < state.bitmap->Width(); ++x) {
+    for (int x = 0; x < state.bitmap->width; ++x) {
         *bytes++ = static_cast<png_byte>(pixels[x] >> 16 & 0xFF);
         *bytes++ = static_cast<png_byte>(pixels[x] >> 8 & 0xFF);
         *bytes++ = static_cast<png_byte>(pixels[x] & 0xFF);
@@ -46,13 +46,13 @@ void Run(PngState& state)
     constexpr int LEVEL = 4; // line drawings hardly become smaller above
     if (setjmp(png_jmpbuf(state.encoder)) != 0) return;
     png_set_write_fn(state.encoder, state.file, WriteBytes, Flush);
-    png_set_IHDR(state.encoder, state.header, static_cast<png_uint_32>(state.bitmap->Width()),
-                 static_cast<png_uint_32>(state.bitmap->Height()), 8, PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE,
+    png_set_IHDR(state.encoder, state.header, static_cast<png_uint_32>(state.bitmap->width),
+                 static_cast<png_uint_32>(state.bitmap->height), 8, PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE,
                  PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
     png_set_compression_level(state.encoder, LEVEL);
     png_set_filter(state.encoder, PNG_FILTER_TYPE_BASE, PNG_FILTER_NONE);
     png_write_info(state.encoder, state.header);
-    for (int y = 0; y < state.bitmap->Height() && !state.file->Failed(); ++y) {
+    for (int y = 0; y < state.bitmap->height && !state.file->Failed(); ++y) {
         FillRow(state, y);
         png_write_row(state.encoder, state.row.data());
     }
@@ -61,10 +61,10 @@ void Run(PngState& state)
 }
 } // namespace
 
-const wchar_t* EncodePng(const CBitmap& bitmap, OutputFile& file)
+const wchar_t* EncodePng(const PixelRows& bitmap, OutputFile& file)
 {
     PngState state{nullptr, nullptr, &bitmap, &file, {}, false};
-    state.row.resize(static_cast<std::size_t>(bitmap.Width()) * 3);
+    state.row.resize(static_cast<std::size_t>(bitmap.width) * 3);
     state.encoder = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, Escape, Ignore);
     if (!state.encoder) return L"not enough memory";
     state.header = png_create_info_struct(state.encoder);

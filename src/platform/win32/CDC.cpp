@@ -3,10 +3,27 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/raster/Wide.h"
 #include "platform/win32/GdiContext.h"
 
 namespace {
 constexpr unsigned long COLOR_BITS = 0xFFFFFF;
+
+/// The pixels between two mapped corners.
+CRect PixelsBetween(HDC hdc, const CPoint& from, int width, int height)
+{
+    CPoint corners[] = {from, {ToInt(std::int64_t{from.x} + width), ToInt(std::int64_t{from.y} + height)}};
+    ::LPtoDP(hdc, PointsOf(corners), 2);
+    const auto [left, right] = std::minmax(corners[0].x, corners[1].x);
+    const auto [top, bottom] = std::minmax(corners[0].y, corners[1].y);
+    return {left, top, right, bottom};
+}
+
+bool HaveOneSize(const CRect& a, const CRect& b)
+{
+    return std::int64_t{a.right} - a.left == std::int64_t{b.right} - b.left
+           && std::int64_t{a.bottom} - a.top == std::int64_t{b.bottom} - b.top;
+}
 } // namespace
 
 CDC::CDC() = default;
@@ -184,4 +201,29 @@ bool CDC::TextOutW(int x, int y, const wchar_t* text, int length)
 {
     const bool isEmpty = !text || length < 0;
     return ::TextOutW(System::Drawable(*this), x, y, isEmpty ? L"" : text, isEmpty ? 0 : length) != FALSE;
+}
+
+bool CDC::BitBlt(int x, int y, int width, int height, CDC* source, int sourceX, int sourceY,
+                 unsigned long operation)
+{
+    if (operation != SRCCOPY || !source) return false;
+    const HDC from = System::Drawable(*source);
+    const HDC hdc = System::Drawable(*this);
+    if (!source->m_System->HasSurface()) return false;
+    if (!HaveOneSize(PixelsBetween(hdc, {x, y}, width, height),
+                     PixelsBetween(from, {sourceX, sourceY}, width, height)))
+        return false;
+    return ::BitBlt(hdc, x, y, width, height, from, sourceX, sourceY, operation) != FALSE;
+}
+
+bool CDC::SetClipPolygon(const CPoint* points, int count)
+{
+    return GdiDrawing::SetClipPolygon(System::Drawable(*this), points, count);
+}
+
+bool CDC::DrawPicture(const Picture& picture, const CPoint& upperLeft, const CPoint& upperRight,
+                      const CPoint& lowerLeft, bool hasTransparency)
+{
+    return GdiDrawing::DrawPicture(System::Drawable(*this), picture, upperLeft, upperRight, lowerLeft,
+                                   hasTransparency);
 }

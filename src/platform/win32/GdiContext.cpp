@@ -114,16 +114,3 @@ HDC CDC::System::Drawable(const CDC& dc)
     system.ChooseBitmap(std::static_pointer_cast<GdiBitmap>(HandleOf(dc.m_Bitmap)));
     return system.hdc;
 }
-
-GdiPixelUnits::GdiPixelUnits(HDC hdc) : m_Context(hdc), m_Saved(::SaveDC(hdc))
-{
-    ::ModifyWorldTransform(hdc, nullptr, MWT_IDENTITY);
-    ::SetMapMode(hdc, MM_TEXT);
-    ::SetWindowOrgEx(hdc, 0, 0, nullptr);
-    ::SetViewportOrgEx(hdc, 0, 0, nullptr);
-}
-
-GdiPixelUnits::~GdiPixelUnits()
-{
-    ::RestoreDC(m_Context, m_Saved);
-}

@@ -4,7 +4,7 @@
 
 #include "platform/CDC.h"
 #include "platform/DeviceMapping.h"
-#include "platform/win32/WindowsApi.h"
+#include "platform/win32/GdiDrawing.h"
 
 /// A bitmap of GDI. A DIB section is selected into one context at a time.
 struct GdiBitmap {
@@ -69,17 +69,6 @@ struct CDC::System {
     std::shared_ptr<void> firstFont;
 };
 
-/// Points as GDI takes them: the same two words of 32 bits by other names.
-static_assert(sizeof(POINT) == sizeof(CPoint) && sizeof(LONG) == sizeof(int));
-inline const POINT* PointsOf(const CPoint* points)
-{
-    return reinterpret_cast<const POINT*>(points);
-}
-inline POINT* PointsOf(CPoint* points)
-{
-    return reinterpret_cast<POINT*>(points);
-}
-
 /// Values of GDI as ours.
 struct GdiValue {
     static CPoint PointOf(const POINT& p) { return {static_cast<int>(p.x), static_cast<int>(p.y)}; }
@@ -92,17 +81,4 @@ struct GdiValue {
         Value value = {};
         return ask(hdc, &value) ? value : Value{};
     }
-};
-
-/// Puts a context into device pixels, without a map, for its own lifetime.
-class GdiPixelUnits {
-public:
-    explicit GdiPixelUnits(HDC hdc);
-    ~GdiPixelUnits();
-    GdiPixelUnits(const GdiPixelUnits&) = delete;
-    GdiPixelUnits& operator=(const GdiPixelUnits&) = delete;
-
-private:
-    HDC m_Context;
-    int m_Saved;
 };

@@ -11,14 +11,9 @@
 namespace {
 HPEN GeometricPen(const CPen& pen)
 {
-    std::array<DWORD, CPen::MAX_PATTERN> lengths{};
     const std::span<const int> pattern = pen.Pattern();
-    std::transform(pattern.begin(), pattern.end(), lengths.begin(),
-                   [](int length) { return static_cast<DWORD>(length); });
-    const LOGBRUSH brush = {BS_SOLID, pen.Color(), 0};
-    const DWORD style = PS_GEOMETRIC | PS_ENDCAP_ROUND | PS_JOIN_ROUND | static_cast<DWORD>(pen.Style());
-    return ::ExtCreatePen(style, static_cast<DWORD>(pen.Width()), &brush, static_cast<DWORD>(pattern.size()),
-                          pattern.empty() ? nullptr : lengths.data());
+    return GdiDrawing::GeometricPen(pen.Style(), pen.Width(), pen.Color(), pattern.data(),
+                                    static_cast<int>(pattern.size()));
 }
 
 LOGFONTW LogFontOf(const FontWish& wish)
@@ -66,20 +61,10 @@ bool SystemObjects::MakeFont(const FontWish& wish, std::shared_ptr<void>& handle
 
 bool SystemObjects::MakeBitmap(int width, int height, std::shared_ptr<void>& handle, std::uint32_t*& pixels)
 {
-    BITMAPINFO format = {};
-    format.bmiHeader.biSize = sizeof format.bmiHeader;
-    format.bmiHeader.biWidth = width;
-    format.bmiHeader.biHeight = -height; // rows from top to bottom
-    format.bmiHeader.biPlanes = 1;
-    format.bmiHeader.biBitCount = 32;
-    format.bmiHeader.biCompression = BI_RGB;
     const auto bitmap = std::make_shared<GdiBitmap>();
-    void* bits = nullptr;
-    bitmap->handle = ::CreateDIBSection(nullptr, &format, DIB_RGB_COLORS, &bits, nullptr, 0);
-    if (!bitmap->handle || !bits) return false;
+    bitmap->handle = GdiDrawing::MakeBitmap(width, height, pixels);
     handle = bitmap;
-    pixels = static_cast<std::uint32_t*>(bits);
-    return true;
+    return bitmap->handle && pixels;
 }
 
 std::uint32_t* CBitmap::Finished() const

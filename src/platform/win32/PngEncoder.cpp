@@ -45,14 +45,14 @@ private:
 };
 } // namespace
 
-const wchar_t* EncodePng(const CBitmap& bitmap, OutputFile& file)
+const wchar_t* EncodePng(const PixelRows& bitmap, OutputFile& file)
 {
     const PlusSession session;
     if (!session.IsOpen()) return L"the system's encoder cannot be started";
     // GDI+ reads the pixels only, whatever the pointer's type lets it do. Their fourth byte means nothing.
-    auto* pixels = reinterpret_cast<BYTE*>(const_cast<std::uint32_t*>(bitmap.Pixels()));
+    auto* pixels = reinterpret_cast<BYTE*>(const_cast<std::uint32_t*>(bitmap.pixels));
     PlusBitmap picture;
-    if (Flat::GdipCreateBitmapFromScan0(bitmap.Width(), bitmap.Height(), bitmap.Width() * 4, PixelFormat32bppRGB,
+    if (Flat::GdipCreateBitmapFromScan0(bitmap.width, bitmap.height, bitmap.width * 4, PixelFormat32bppRGB,
                                         pixels, picture.Slot())
         != Gdiplus::Ok)
         return FAILED_TO_ENCODE;

@@ -1,14 +1,15 @@
-// Clip regions, copies and pictures.
+#include "platform/win32/GdiDrawing.h"
+
 #include <algorithm>
-#include <cstdint>
+#include <cstddef>
 #include <new>
 #include <vector>
 
-#include "platform/CDC.h"
+#include "platform/CRect.h"
+#include "platform/GdiConstants.h"
 #include "platform/picture/PicturePlacement.h"
 #include "platform/raster/ClipRegion.h"
 #include "platform/raster/Wide.h"
-#include "platform/win32/GdiContext.h"
 
 namespace {
 constexpr int NO_REGION = 0; // what GDI calls ERROR
@@ -66,22 +67,6 @@ CRect VisiblePixels(HDC hdc)
             static_cast<int>(box.bottom)};
 }
 
-/// The pixels between two mapped corners.
-CRect PixelsBetween(HDC hdc, const CPoint& from, int width, int height)
-{
-    CPoint corners[] = {from, {ToInt(std::int64_t{from.x} + width), ToInt(std::int64_t{from.y} + height)}};
-    ::LPtoDP(hdc, PointsOf(corners), 2);
-    const auto [left, right] = std::minmax(corners[0].x, corners[1].x);
-    const auto [top, bottom] = std::minmax(corners[0].y, corners[1].y);
-    return {left, top, right, bottom};
-}
-
-bool HaveOneSize(const CRect& a, const CRect& b)
-{
-    return std::int64_t{a.right} - a.left == std::int64_t{b.right} - b.left
-           && std::int64_t{a.bottom} - a.top == std::int64_t{b.bottom} - b.top;
-}
-
 /// The box of the pixels that a parallelogram can reach.
 CRect BoxOf(const CPoint& upperLeft, const CPoint& upperRight, const CPoint& lowerLeft)
 {
@@ -94,11 +79,78 @@ CRect BoxOf(const CPoint& upperLeft, const CPoint& upperRight, const CPoint& low
         {upperLeft.y, upperRight.y, lowerLeft.y, opposite(upperLeft.y, upperRight.y, lowerLeft.y)});
     return {left, top, ToInt(std::int64_t{right} + 1), ToInt(std::int64_t{bottom} + 1)};
 }
+/// Pixels in memory, and a context that draws on them.
+class Piece {
+public:
+    Piece(int width, int height)
+        : m_Bitmap(GdiDrawing::MakeBitmap(width, height, m_Pixels)), m_Context(::CreateCompatibleDC(nullptr))
+    {
+        if (IsOpen()) m_Before = ::SelectObject(m_Context, m_Bitmap);
+    }
+    ~Piece()
+    {
+        if (m_Before) ::SelectObject(m_Context, m_Before);
+        if (m_Context) ::DeleteDC(m_Context);
+        if (m_Bitmap) ::DeleteObject(m_Bitmap);
+    }
+    Piece(const Piece&) = delete;
+    Piece& operator=(const Piece&) = delete;
+
+    bool IsOpen() const { return m_Bitmap && m_Context; }
+    HDC Context() const { return m_Context; }
+    std::uint32_t* Pixels() const
+    {
+        ::GdiFlush();
+        return m_Pixels;
+    }
+
+private:
+    std::uint32_t* m_Pixels = nullptr;
+    HBITMAP m_Bitmap;
+    HDC m_Context;
+    HGDIOBJ m_Before = nullptr;
+};
 } // namespace
 
-bool CDC::SetClipPolygon(const CPoint* points, int count)
+GdiPixelUnits::GdiPixelUnits(HDC hdc) : m_Context(hdc), m_Saved(::SaveDC(hdc))
 {
-    const HDC hdc = System::Drawable(*this);
+    ::ModifyWorldTransform(hdc, nullptr, MWT_IDENTITY);
+    ::SetMapMode(hdc, MM_TEXT);
+    ::SetWindowOrgEx(hdc, 0, 0, nullptr);
+    ::SetViewportOrgEx(hdc, 0, 0, nullptr);
+}
+
+GdiPixelUnits::~GdiPixelUnits()
+{
+    ::RestoreDC(m_Context, m_Saved);
+}
+
+HPEN GdiDrawing::GeometricPen(int style, int width, unsigned long color, const int* pattern, int count)
+{
+    const std::vector<DWORD> lengths(pattern, pattern + count);
+    const LOGBRUSH brush = {BS_SOLID, color, 0};
+    const auto line = static_cast<DWORD>(style & PS_STYLE_MASK);
+    return ::ExtCreatePen(PS_GEOMETRIC | PS_ENDCAP_ROUND | PS_JOIN_ROUND | line, static_cast<DWORD>(width),
+                          &brush, static_cast<DWORD>(count), count > 0 ? lengths.data() : nullptr);
+}
+
+HBITMAP GdiDrawing::MakeBitmap(int width, int height, std::uint32_t*& pixels)
+{
+    BITMAPINFO format = {};
+    format.bmiHeader.biSize = sizeof format.bmiHeader;
+    format.bmiHeader.biWidth = width;
+    format.bmiHeader.biHeight = -height; // rows from top to bottom
+    format.bmiHeader.biPlanes = 1;
+    format.bmiHeader.biBitCount = 32;
+    format.bmiHeader.biCompression = BI_RGB;
+    void* bits = nullptr;
+    const HBITMAP bitmap = ::CreateDIBSection(nullptr, &format, DIB_RGB_COLORS, &bits, nullptr, 0);
+    pixels = static_cast<std::uint32_t*>(bits);
+    return bitmap;
+}
+
+bool GdiDrawing::SetClipPolygon(HDC hdc, const CPoint* points, int count)
+{
     ::SelectClipRgn(hdc, nullptr);
     try {
         std::vector<CPoint> corners(points, points + (count < 3 ? 0 : count));
@@ -118,46 +170,32 @@ bool CDC::SetClipPolygon(const CPoint* points, int count)
     }
 }
 
-bool CDC::BitBlt(int x, int y, int width, int height, CDC* source, int sourceX, int sourceY,
-                 unsigned long operation)
-{
-    if (operation != SRCCOPY || !source) return false;
-    const HDC from = System::Drawable(*source);
-    const HDC hdc = System::Drawable(*this);
-    if (!source->m_System->HasSurface()) return false;
-    if (!HaveOneSize(PixelsBetween(hdc, {x, y}, width, height),
-                     PixelsBetween(from, {sourceX, sourceY}, width, height)))
-        return false;
-    return ::BitBlt(hdc, x, y, width, height, from, sourceX, sourceY, operation) != FALSE;
-}
-
-bool CDC::DrawPicture(const Picture& picture, const CPoint& upperLeft, const CPoint& upperRight,
-                      const CPoint& lowerLeft, bool hasTransparency)
+bool GdiDrawing::DrawPicture(HDC hdc, const Picture& picture, const CPoint& upperLeft,
+                             const CPoint& upperRight, const CPoint& lowerLeft, bool hasTransparency)
 {
     if (!PicturePlacement::IsWhole(picture)) return false;
-    const HDC hdc = System::Drawable(*this);
     CPoint corners[] = {upperLeft, upperRight, lowerLeft};
     ::LPtoDP(hdc, PointsOf(corners), 3);
     const PicturePlacement placement(picture, corners[0], corners[1], corners[2]);
     if (placement.IsFlat()) return false;
 
     const GdiPixelUnits units(hdc);
+    const CRect seen = VisiblePixels(hdc);
+    const CRect reached = BoxOf(corners[0], corners[1], corners[2]);
     CRect box;
-    if (!box.IntersectRect(VisiblePixels(hdc), BoxOf(corners[0], corners[1], corners[2]))) return true;
+    if (!box.IntersectRect(seen, reached)) return true;
+    const int width = box.Width();
+    const int height = box.Height();
     // What lies below is fetched, drawn over, and put back through the clip region.
-    CBitmap piece;
-    if (!piece.CreateBitmap(box.Width(), box.Height())) return false;
-    CDC memory;
-    memory.SelectObject(&piece);
-    const HDC below = System::Drawable(memory);
-    if (!::BitBlt(below, 0, 0, box.Width(), box.Height(), hdc, box.left, box.top, SRCCOPY)) return false;
-    std::uint32_t* const pixels = piece.Pixels();
-    for (int y = box.top; y < box.bottom; ++y) {
+    const Piece piece(width, height);
+    if (!piece.IsOpen()) return false;
+    if (!::BitBlt(piece.Context(), 0, 0, width, height, hdc, box.left, box.top, SRCCOPY)) return false;
+    std::uint32_t* row = piece.Pixels();
+    for (int y = box.top; y < box.bottom; ++y, row += width) {
         int left = box.left;
         int right = box.right;
         placement.CutRow(y, left, right);
-        std::uint32_t* const row = pixels + static_cast<std::ptrdiff_t>(y - box.top) * box.Width();
         placement.DrawSpan(row + (left - box.left), y, left, right, hasTransparency);
     }
-    return ::BitBlt(hdc, box.left, box.top, box.Width(), box.Height(), below, 0, 0, SRCCOPY) != FALSE;
+    return ::BitBlt(hdc, box.left, box.top, width, height, piece.Context(), 0, 0, SRCCOPY) != FALSE;
 }
