@@ -22,6 +22,7 @@ CLEAN = {
                         '// By the TGA file format specification.\n',
     "src/dxf/Reader.cpp": '#include "model/Line.h"\n#include <string>\n',
     "src/clip/Clipper.h": '#pragma once\n#include "support/Point.h"\n',
+    "examples/windows/host.cpp": '#include <windows.h>\n#include "model/Line.h"\n',
     "tools/main.cpp": '#include "dxf/Reader.h"\n#include <cstdio>\n',
     "docs/guide.md": "See https://example.org/work/x and build/tmp/y.\n",
 }
@@ -42,6 +43,7 @@ BREACHES = [
     ("src/Bad.cpp", "int a;\n", 1, "stands in no module"),
     ("src/model/Bad.cpp", "#include <windows.h>\n", 1, "operating system's <windows.h>"),
     ("src/model/Bad.cpp", "#include <Windows.h>\n", 1, "operating system's <Windows.h>"),
+    ("examples/Bad.cpp", "#include <windows.h>\n", 1, "operating system's <windows.h>"),
     ("tools/Bad.cpp", "#include <sys/stat.h>\n", 1, "operating system's <sys/stat.h>"),
     ("tests/Bad.cpp", "#include <unistd.h>\n", 1, "operating system's <unistd.h>"),
     ("src/support/Bad.cpp", "#include <fontconfig/fontconfig.h>\n", 1, "library header"),
