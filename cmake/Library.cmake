@@ -20,6 +20,15 @@ if(NOT HALYARD_SOURCES)
     message(FATAL_ERROR "src/ holds no sources")
 endif()
 
+if(WIN32)
+    enable_language(RC)
+    set(HALYARD_RESOURCES "${PROJECT_BINARY_DIR}/halyard.rc")
+    configure_file("${CMAKE_CURRENT_LIST_DIR}/halyard.rc.in" "${HALYARD_RESOURCES}" @ONLY)
+    set_source_files_properties("${HALYARD_RESOURCES}" PROPERTIES
+        OBJECT_DEPENDS "${PROJECT_SOURCE_DIR}/src/support/Messages.def")
+    list(APPEND HALYARD_SOURCES "${HALYARD_RESOURCES}")
+endif()
+
 add_library(halyard_objects OBJECT ${HALYARD_SOURCES})
 set_target_properties(halyard_objects PROPERTIES POSITION_INDEPENDENT_CODE ON)
 target_include_directories(halyard_objects PUBLIC "${PROJECT_SOURCE_DIR}/src")

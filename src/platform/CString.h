@@ -18,7 +18,7 @@ public:
     /// Number of wchar_t units; at most the largest int.
     int GetLength() const
     {
-        constexpr std::size_t LARGEST = std::numeric_limits<int>::max();
+        constexpr std::size_t LARGEST = (std::numeric_limits<int>::max)();
         return static_cast<int>(m_Text.size() < LARGEST ? m_Text.size() : LARGEST);
     }
     bool IsEmpty() const { return m_Text.empty(); }

@@ -24,6 +24,9 @@ public:
     /// Address of an exported symbol; null when there is none or no library is open.
     [[nodiscard]] void* Find(const char* symbol) const;
 
+    /// Address of a symbol that the running program's own main module exports; null when there is none.
+    [[nodiscard]] static void* FindInProgram(const char* symbol);
+
     /// Addresses got by Find die here.
     void Close();
 

@@ -15,8 +15,8 @@ struct CPointMimic : CPoint {
 
     static constexpr int ToPixel(double v)
     {
-        constexpr int LOWEST = std::numeric_limits<int>::min();
-        constexpr int HIGHEST = std::numeric_limits<int>::max();
+        constexpr int LOWEST = (std::numeric_limits<int>::min)();
+        constexpr int HIGHEST = (std::numeric_limits<int>::max)();
         if (!(v > LOWEST)) return LOWEST;
         return v < HIGHEST ? static_cast<int>(v) : HIGHEST;
     }

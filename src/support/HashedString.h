@@ -33,11 +33,11 @@ public:
     {
         constexpr std::size_t BLOCK = 16;
         CRCChecksum checksum;
-        for (; !text.empty(); text.remove_prefix(std::min(BLOCK, text.size()))) {
+        for (; !text.empty(); text.remove_prefix((std::min)(BLOCK, text.size()))) {
             int upper[BLOCK];
-            std::transform(text.begin(), text.begin() + std::min(BLOCK, text.size()), upper,
+            std::transform(text.begin(), text.begin() + (std::min)(BLOCK, text.size()), upper,
                            [](Char c) { return static_cast<int>(c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c); });
-            checksum.UpdateInts(upper, std::min(BLOCK, text.size()));
+            checksum.UpdateInts(upper, (std::min)(BLOCK, text.size()));
         }
         return checksum.Value();
     }

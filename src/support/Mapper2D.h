@@ -82,8 +82,8 @@ private:
     static N Narrow(double v)
     {
         if constexpr (std::is_integral_v<N>) {
-            if (!(v > double(std::numeric_limits<N>::min()))) return std::numeric_limits<N>::min();
-            return v < double(std::numeric_limits<N>::max()) ? N(v) : std::numeric_limits<N>::max();
+            if (!(v > double((std::numeric_limits<N>::min)()))) return (std::numeric_limits<N>::min)();
+            return v < double((std::numeric_limits<N>::max)()) ? N(v) : (std::numeric_limits<N>::max)();
         } else {
             return N(v);
         }

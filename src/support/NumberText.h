@@ -84,7 +84,7 @@ inline constexpr std::size_t INT_MAX_LENGTH = 20;
 
 inline int ParseInt(std::string_view text)
 {
-    constexpr std::int64_t MAX = std::numeric_limits<int>::max();
+    constexpr std::int64_t MAX = (std::numeric_limits<int>::max)();
     const char* const end = text.data() + text.size();
     const char* p = SkipBlanks(text.data(), end);
     const bool negative = p != end && *p == '-';
@@ -95,7 +95,7 @@ inline int ParseInt(std::string_view text)
         if (digit > 9) break;
         if (value <= MAX) value = value * 10 + digit;
     }
-    if (value > MAX) return negative ? std::numeric_limits<int>::min() : std::numeric_limits<int>::max();
+    if (value > MAX) return negative ? (std::numeric_limits<int>::min)() : (std::numeric_limits<int>::max)();
     return static_cast<int>(negative ? -value : value);
 }
 

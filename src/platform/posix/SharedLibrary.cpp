@@ -48,6 +48,15 @@ void* SharedLibrary::Find(const char* symbol) const
     return m_Handle ? ::dlsym(m_Handle, symbol) : nullptr;
 }
 
+void* SharedLibrary::FindInProgram(const char* symbol)
+{
+    void* program = ::dlopen(nullptr, RTLD_NOW | RTLD_LOCAL);
+    if (!program) return nullptr;
+    void* found = ::dlsym(program, symbol);
+    ::dlclose(program);
+    return found;
+}
+
 void SharedLibrary::Close()
 {
     if (m_Handle) ::dlclose(m_Handle);

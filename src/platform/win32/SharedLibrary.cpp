@@ -52,6 +52,11 @@ void* SharedLibrary::Find(const char* symbol) const
     return reinterpret_cast<void*>(::GetProcAddress(static_cast<HMODULE>(m_Handle), symbol));
 }
 
+void* SharedLibrary::FindInProgram(const char* symbol)
+{
+    return reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleW(nullptr), symbol));
+}
+
 void SharedLibrary::Close()
 {
     if (m_Handle) ::FreeLibrary(static_cast<HMODULE>(m_Handle));
