@@ -32,6 +32,14 @@ struct Picture;
 /// into different bitmaps.
 class HALYARD_API CDC {
 public:
+    /// What is drawn has exactly the pixels of its rule while its points lie within so many units of the
+    /// origin; beyond, it lies within a unit of its place.
+#ifdef _WIN32
+    static constexpr int EXACT_REACH = 1 << 16;
+#else
+    static constexpr int EXACT_REACH = 0x7FFFFFFF;
+#endif
+
     CDC();
     virtual ~CDC();
     CDC(const CDC&) = delete;

@@ -55,6 +55,7 @@ inline constexpr int CLIP_DEFAULT_PRECIS = 0;
 inline constexpr int CLIP_LH_ANGLES = 16;
 inline constexpr int DEFAULT_QUALITY = 0;
 inline constexpr int PROOF_QUALITY = 2;
+inline constexpr int ANTIALIASED_QUALITY = 4;
 inline constexpr int DEFAULT_PITCH = 0;
 
 /// Raster operation of BitBlt: the source replaces the target.

@@ -443,13 +443,12 @@ std::vector<int> TextNumbers(const wchar_t* face, int weight, bool italic, doubl
 
 void DrawTexts(CDC& dc, const wchar_t* face, std::initializer_list<int> directions)
 {
-    constexpr int ANTIALIASED = 4;
     constexpr unsigned ALIGNS[] = {TA_LEFT | TA_TOP, TA_CENTER | TA_BASELINE, TA_RIGHT | TA_BOTTOM};
     Numbers numbers(50);
     for (const int height : {12, 16, 23, 40}) {
         for (const int direction : directions) {
             CFont font;
-            if (!MakeFont(font, face, height, direction, FW_NORMAL, false, ANTIALIASED)) std::abort();
+            if (!MakeFont(font, face, height, direction, FW_NORMAL, false, ANTIALIASED_QUALITY)) std::abort();
             dc.SelectObject(&font);
             dc.SetTextColor(numbers.Color());
             for (const unsigned align : ALIGNS) {

@@ -1,10 +1,13 @@
 #include "platform/CDC.h"
 
 #include <algorithm>
+#include <new>
+#include <span>
 #include <utility>
 
 #include "platform/raster/Wide.h"
 #include "platform/win32/GdiContext.h"
+#include "platform/win32/GdiFar.h"
 
 namespace {
 constexpr unsigned long COLOR_BITS = 0xFFFFFF;
@@ -148,36 +151,61 @@ void CDC::ResetClip()
 
 CPoint CDC::MoveTo(int x, int y)
 {
+    System& system = System::Of(*this);
+    const CPoint position(x, y);
     POINT before = {};
-    ::MoveToEx(System::Of(*this).hdc, x, y, &before);
+    ::MoveToEx(system.hdc, x, y, &before);
+    system.isPositionFar = GdiFar::Reach({&position, 1});
     return GdiValue::PointOf(before);
 }
 
 bool CDC::LineTo(int x, int y)
 {
-    return ::LineTo(System::Drawable(*this), x, y) != FALSE;
+    const HDC hdc = System::Drawable(*this);
+    const CPoint to(x, y);
+    const bool isEndFar = GdiFar::Reach({&to, 1});
+    if (!std::exchange(m_System->isPositionFar, isEndFar) && !isEndFar) return ::LineTo(hdc, x, y) != FALSE;
+    const CPoint ends[] = {GetCurrentPosition(), to};
+    if (!GdiFar::HasToCut(ends, m_Pen)) return ::LineTo(hdc, x, y) != FALSE;
+    GdiFar::LineTo(hdc, ends[0], to, m_Pen);
+    return true;
 }
 
 bool CDC::Polyline(const CPoint* points, int count)
 {
-    return count >= 2 && ::Polyline(System::Drawable(*this), PointsOf(points), count) != FALSE;
+    if (count < 2) return false;
+    const HDC hdc = System::Drawable(*this);
+    const std::span<const CPoint> path(points, static_cast<std::size_t>(count));
+    if (!GdiFar::HasToCut(path, m_Pen)) return ::Polyline(hdc, PointsOf(points), count) != FALSE;
+    GdiFar::Polyline(hdc, path, m_Pen);
+    return true;
 }
 
 bool CDC::Polygon(const CPoint* points, int count)
 {
-    return count >= 2 && ::Polygon(System::Drawable(*this), PointsOf(points), count) != FALSE;
+    if (count < 2) return false;
+    const HDC hdc = System::Drawable(*this);
+    const std::span<const CPoint> ring(points, static_cast<std::size_t>(count));
+    if (!GdiFar::Reach(ring)) return ::Polygon(hdc, PointsOf(points), count) != FALSE;
+    try {
+        return GdiFar::Polygon(hdc, ring, m_Pen);
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
 }
 
 unsigned long CDC::SetPixel(int x, int y, unsigned long color)
 {
     const HDC hdc = System::Drawable(*this);
-    return m_System->HasSurface() ? ::SetPixel(hdc, x, y, color & COLOR_BITS) : CLR_INVALID;
+    const bool isSeen = m_System->HasSurface() && ::PtVisible(hdc, x, y);
+    return isSeen ? ::SetPixel(hdc, x, y, color & COLOR_BITS) : CLR_INVALID;
 }
 
 unsigned long CDC::GetPixel(int x, int y) const
 {
     const HDC hdc = System::Drawable(*this);
-    return m_System->HasSurface() ? ::GetPixel(hdc, x, y) : CLR_INVALID;
+    const bool isSeen = m_System->HasSurface() && ::PtVisible(hdc, x, y);
+    return isSeen ? ::GetPixel(hdc, x, y) : CLR_INVALID;
 }
 
 void CDC::FillSolidRect(const CRect& rect, unsigned long color)

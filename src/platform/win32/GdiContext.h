@@ -60,6 +60,8 @@ struct CDC::System {
     /// The map of a memory context. GDI would make the scales of MM_ISOTROPIC equal in the millimetres of the
     /// screen, whole ones, so that 640 pixels may become 639; a bitmap's pixels are square.
     DeviceMapping map;
+    /// The position lies where GDI may have to be spared a line from it (see GdiFar).
+    bool isPositionFar = false;
     Slot pen;
     Slot brush;
     Slot font;

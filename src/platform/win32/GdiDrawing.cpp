@@ -38,9 +38,9 @@ bool IsFar(const CPoint& p)
 }
 
 /// The part of a region that lies within a rectangle, by the same rule.
-HRGN VisibleRegion(const std::vector<CPoint>& corners, const CRect& within)
+HRGN VisibleRegion(const std::vector<CPoint>& corners, int fillMode, const CRect& within)
 {
-    const ClipRegion spans(corners, ALTERNATE, within);
+    const ClipRegion spans(corners, fillMode, within);
     std::vector<RECT> rects;
     for (int y = spans.Bounds().top; y < spans.Bounds().bottom; ++y)
         for (const ClipRegion::Span& span : spans.Row(y)) rects.push_back({span.left, y, span.right, y + 1});
@@ -149,6 +149,16 @@ HBITMAP GdiDrawing::MakeBitmap(int width, int height, std::uint32_t*& pixels)
     return bitmap;
 }
 
+bool GdiDrawing::FillVisible(HDC hdc, const std::vector<CPoint>& points)
+{
+    std::vector<CPoint> corners = points;
+    ::LPtoDP(hdc, PointsOf(corners.data()), static_cast<int>(corners.size()));
+    const auto brush = static_cast<HBRUSH>(::GetCurrentObject(hdc, OBJ_BRUSH));
+    const GdiPixelUnits units(hdc);
+    const Region region(VisibleRegion(corners, ::GetPolyFillMode(hdc), VisiblePixels(hdc)));
+    return region.Get() && ::FillRgn(hdc, region.Get(), brush);
+}
+
 bool GdiDrawing::SetClipPolygon(HDC hdc, const CPoint* points, int count)
 {
     ::SelectClipRgn(hdc, nullptr);
@@ -162,7 +172,7 @@ bool GdiDrawing::SetClipPolygon(HDC hdc, const CPoint* points, int count)
         }
         const bool isFar = std::any_of(corners.begin(), corners.end(), IsFar);
         const Region region(corners.empty() ? ::CreateRectRgn(0, 0, 0, 0)
-                            : isFar         ? VisibleRegion(corners, within)
+                            : isFar         ? VisibleRegion(corners, ALTERNATE, within)
                                             : ::CreatePolygonRgn(PointsOf(corners.data()), count, ALTERNATE));
         return region.Get() && ::SelectClipRgn(hdc, region.Get()) != NO_REGION;
     } catch (const std::bad_alloc&) {

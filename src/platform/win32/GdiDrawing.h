@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "platform/CPoint.h"
 #include "platform/Picture.h"
@@ -36,6 +37,8 @@ struct GdiDrawing {
     static HPEN GeometricPen(int style, int width, unsigned long color, const int* pattern, int count);
     /// A 32-bit bitmap of zeros, rows from top to bottom; null when there is not the memory.
     static HBITMAP MakeBitmap(int width, int height, std::uint32_t*& pixels);
+    /// Fills a polygon with the brush and by the rule that are set, whatever its size. Throws std::bad_alloc.
+    static bool FillVisible(HDC hdc, const std::vector<CPoint>& points);
     /// As the functions of CDC.
     static bool SetClipPolygon(HDC hdc, const CPoint* points, int count);
     static bool DrawPicture(HDC hdc, const Picture& picture, const CPoint& upperLeft,

@@ -107,10 +107,14 @@ CSize CDC::GetViewportExt() const
 
 void CDC::DPtoLP(CPoint* points, int count) const
 {
-    if (count > 0) ::DPtoLP(System::Of(*this).hdc, PointsOf(points), count);
+    const System& system = System::Of(*this);
+    if (system.isAttached && count > 0) ::DPtoLP(system.hdc, PointsOf(points), count);
+    for (int i = 0; !system.isAttached && i < count; ++i) points[i] = system.map.ToLogical(points[i]);
 }
 
 void CDC::LPtoDP(CPoint* points, int count) const
 {
-    if (count > 0) ::LPtoDP(System::Of(*this).hdc, PointsOf(points), count);
+    const System& system = System::Of(*this);
+    if (system.isAttached && count > 0) ::LPtoDP(system.hdc, PointsOf(points), count);
+    for (int i = 0; !system.isAttached && i < count; ++i) points[i] = system.map.ToDevice(points[i]);
 }

@@ -101,13 +101,13 @@ struct Paper {
     CDC dc;
 };
 
-/// Points near and far, also at the ends of int.
+/// Points near and far, also at the ends of what a device draws exactly.
 class Points {
 public:
     CPoint Next()
     {
         static constexpr int REACHES[] = {30, 30, 200, 5000, 40000, 2000000000};
-        const int reach = REACHES[m_Random() % 6];
+        const int reach = std::min(REACHES[m_Random() % 6], CDC::EXACT_REACH - WIDTH);
         return {Coordinate(reach, WIDTH), Coordinate(reach, HEIGHT)};
     }
     std::vector<CPoint> Some(std::size_t count)
@@ -120,7 +120,7 @@ public:
 private:
     int Coordinate(int reach, int size)
     {
-        if (m_Random() % 50 == 0) return m_Random() % 2 != 0 ? 2147483647 : -2147483647 - 1;
+        if (m_Random() % 50 == 0) return m_Random() % 2 != 0 ? CDC::EXACT_REACH : -CDC::EXACT_REACH - 1;
         return std::uniform_int_distribution(-reach, reach)(m_Random) + size / 2;
     }
     std::mt19937 m_Random{20260};
