@@ -4,7 +4,7 @@ PREFIX ?= /usr/local
 JOBS ?= $(shell nproc)
 export CMAKE_BUILD_PARALLEL_LEVEL = $(JOBS)
 
-.PHONY: all demo test asan bench fuzz format docs install clean
+.PHONY: all demo test asan bench fuzz windows test-windows format docs install clean
 all:
 	scripts/setup build
 	scripts/build release
@@ -31,6 +31,17 @@ fuzz:
 	scripts/setup build fuzz
 	scripts/build fuzz
 	scripts/fuzz $(T)
+
+# halyard.dll and halyard.exe at build/windows/bin/, the import library at build/windows/lib/.
+windows:
+	scripts/setup build windows
+	scripts/build windows
+
+test-windows:
+	scripts/setup build test windows
+	scripts/build test
+	scripts/build windows-test
+	scripts/test_windows
 
 format:
 	scripts/setup format

@@ -1,6 +1,7 @@
 #include "Report.h"
 
 #include "platform/FileSystem.h"
+#include "platform/Terminal.h"
 #include "platform/Utf8.h"
 
 #include <algorithm>
@@ -82,6 +83,6 @@ bool StandardOutput::Write(std::string_view text)
 int StandardOutput::Finish()
 {
     if (g_OutputError == 0 && std::fflush(stdout) != 0) NoteOutputError();
-    if (g_OutputError == 0 || g_OutputError == EPIPE) return EXIT_DONE;
+    if (g_OutputError == 0 || Terminal::IsReaderGone(g_OutputError)) return EXIT_DONE;
     return Fail(L"standard output", FileSystem::ErrnoText(g_OutputError));
 }

@@ -14,6 +14,10 @@ public:
     /// True when someone can watch the stream: it is neither a file nor a pipe.
     [[nodiscard]] static bool IsTerminal(STREAM stream);
 
+    /// Whether a failure to write to standard output, by its errno, means that the program at the other end of a
+    /// pipe has gone.
+    [[nodiscard]] static bool IsReaderGone(int errnoCode);
+
     /// Columns of the stream's terminal; 80 when it is none or does not say.
     [[nodiscard]] static int Columns(STREAM stream);
 };

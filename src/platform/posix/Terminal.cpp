@@ -1,5 +1,7 @@
 #include "platform/Terminal.h"
 
+#include <cerrno>
+
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -8,6 +10,11 @@ void Terminal::Prepare() {}
 bool Terminal::IsTerminal(STREAM stream)
 {
     return ::isatty(stream) == 1;
+}
+
+bool Terminal::IsReaderGone(int errnoCode)
+{
+    return errnoCode == EPIPE;
 }
 
 int Terminal::Columns(STREAM stream)

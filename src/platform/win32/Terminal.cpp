@@ -1,5 +1,6 @@
 #include "platform/Terminal.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <initializer_list>
@@ -46,6 +47,13 @@ bool Terminal::IsTerminal(STREAM stream)
     // The null device is a character device too; only a console has a mode.
     DWORD mode = 0;
     return ::GetConsoleMode(HandleOf(stream), &mode) != 0;
+}
+
+bool Terminal::IsReaderGone(int errnoCode)
+{
+    // The C library has several words for it.
+    const bool mayBe = errnoCode == EPIPE || errnoCode == EINVAL || errnoCode == EBADF;
+    return mayBe && ::GetFileType(HandleOf(STANDARD_OUTPUT)) == FILE_TYPE_PIPE;
 }
 
 int Terminal::Columns(STREAM stream)
