@@ -16,6 +16,15 @@ else()
     list(FILTER HALYARD_SOURCES EXCLUDE REGEX "/src/platform/win32/")
 endif()
 list(APPEND HALYARD_SOURCES ${HALYARD_DEVICE_SOURCES})
+# A host with the vendor's class library has the vendor's device classes, and so has the library built for it
+# (platform/VendorClasses.h).
+option(HALYARD_VENDOR_CLASSES "Take CDC and its companions from the vendor's class library" OFF)
+if(HALYARD_VENDOR_CLASSES)
+    set(CMAKE_MFC_FLAG 2)
+    add_compile_definitions(_AFXDLL)
+    list(FILTER HALYARD_SOURCES EXCLUDE REGEX
+        "/src/platform/(win32/(CDC|GdiContext|GdiFar|GdiMap|GdiObjects)|DeviceOperations|GdiObjects)\\.cpp$")
+endif()
 if(NOT HALYARD_SOURCES)
     message(FATAL_ERROR "src/ holds no sources")
 endif()

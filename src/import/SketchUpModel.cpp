@@ -61,7 +61,8 @@ SketchUpModel& SketchUpModel::operator=(const SketchUpModel& other)
 
 bool SketchUpModel::Load(const CString& fileName, double metresPerUnit)
 {
-    return Load(fileName.Text(), metresPerUnit);
+    const auto length = static_cast<std::size_t>(fileName.GetLength());
+    return Load(std::wstring(static_cast<const wchar_t*>(fileName), length), metresPerUnit);
 }
 
 bool SketchUpModel::Load(const wchar_t* fileName, double metresPerUnit)

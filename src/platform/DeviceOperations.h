@@ -5,6 +5,8 @@
 #include "platform/CPen.h"
 #include "platform/picture/Encoders.h"
 
+struct Picture;
+
 /// What drawing needs of the device classes beyond what the vendor's have (see VendorClasses): of ours it is
 /// the member of the same name, of theirs it is done through their handles.
 struct DeviceOperations {

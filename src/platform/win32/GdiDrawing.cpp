@@ -73,12 +73,13 @@ CRect BoxOf(const CPoint& upperLeft, const CPoint& upperRight, const CPoint& low
     const auto opposite = [](int corner, int a, int b) {
         return ToInt(std::int64_t{a} + b - corner);
     };
-    const auto [left, right] = std::minmax(
+    const auto [left, right] = std::minmax<int>(
         {upperLeft.x, upperRight.x, lowerLeft.x, opposite(upperLeft.x, upperRight.x, lowerLeft.x)});
-    const auto [top, bottom] = std::minmax(
+    const auto [top, bottom] = std::minmax<int>(
         {upperLeft.y, upperRight.y, lowerLeft.y, opposite(upperLeft.y, upperRight.y, lowerLeft.y)});
     return {left, top, ToInt(std::int64_t{right} + 1), ToInt(std::int64_t{bottom} + 1)};
 }
+
 /// Pixels in memory, and a context that draws on them.
 class Piece {
 public:
