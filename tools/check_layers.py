@@ -6,7 +6,7 @@
 - A module includes only what MAY_INCLUDE allows; includes are written from src/ and name files that exist.
 - Headers form no cycle and start with #pragma once.
 - The operating system and the libraries that stand in for it are seen under src/platform/ only; the hosts in
-  examples/windows/ are programs of that system and include its headers.
+  examples/windows/ and the stand-in for a host's class library in tests/vendor/ include its headers.
 - A source of more than MAX_LINES lines is two sources.
 - Comments and documents state facts themselves: they cite no numbered document or ticket, which rots (a
   published "... format specification" is a source, and may be named), and no folder of somebody's machine.
@@ -90,7 +90,7 @@ class Checker:
             self.breach(file, number, f"asks for {macro[1]} outside src/platform/")
 
     def check_include(self, file, number, module, quoted, name):
-        is_host = file.relative_to(self.root).parts[:2] == ("examples", "windows")
+        is_host = file.relative_to(self.root).parts[:2] in (("examples", "windows"), ("tests", "vendor"))
         if module != "platform" and not is_host and SYSTEM_HEADER.match(name):
             self.breach(file, number, f"includes the operating system's <{name}> outside src/platform/")
         if module not in ("platform", None) and LIBRARY_HEADER.match(name):
