@@ -11,9 +11,9 @@
 ///     void HalyardUnregister();
 ///         called once when it is unloaded, if it was registered with the other.
 ///
-/// They are called with what LibraryVersion says, by the thread that loads or unloads, while the system holds its
-/// lock over modules: they may not load or unload any, nor wait for other threads. A program that exports none of
-/// them loads the library freely. At the end of a process nobody is told.
+/// They are called with what LibraryVersion says, by the thread that loads or unloads, while the system holds
+/// its lock over modules: they may not load or unload any, nor wait for other threads. A program that exports
+/// none of them loads the library freely. At the end of a process nobody is told.
 class Module {
 public:
     /// Address of a function that the program exports; null when there is none.

@@ -1,5 +1,5 @@
-// A program that loads the library:  host LIBRARY. It exports what HOST_... asks for, and ends with 0 when everything
-// happened as its name says.
+// A program that loads the library:  host LIBRARY. It exports what HOST_... asks for, and ends with 0 when
+// everything happened as its name says.
 #include "platform/SharedLibrary.h"
 #include "platform/Utf8.h"
 

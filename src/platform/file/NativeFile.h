@@ -5,8 +5,8 @@
 #include <cstdio>
 #include <string>
 
-/// The few operations on files that every system has in its own words. A reason is one clause in lower case; where
-/// one is returned, it is empty for a success.
+/// The few operations on files that every system has in its own words. A reason is one clause in lower case;
+/// where one is returned, it is empty for a success.
 namespace NativeFile {
 using Handle = std::intptr_t;
 inline constexpr Handle NO_HANDLE = -1;
@@ -20,8 +20,8 @@ inline constexpr Handle NO_HANDLE = -1;
 /// Largest position that a file can be read at.
 std::uint64_t LastPosition();
 
-/// Reads from `position` and adds to `done`, from 0 on, the bytes that were read; fewer than `count` at the end of
-/// the file or on failure.
+/// Reads from `position` and adds to `done`, from 0 on, the bytes that were read; fewer than `count` at the
+/// end of the file or on failure.
 [[nodiscard]] std::wstring ReadAt(Handle file, std::uint64_t position, void* bytes, std::size_t count,
                                   std::size_t& done);
 
@@ -34,8 +34,8 @@ std::uint64_t LastPosition();
 
 [[nodiscard]] std::wstring Close(Handle file);
 
-/// Opens a stream of the C library with one of its modes for binary files ("rb", "rb+", "wb", "wb+", "ab", "ab+").
-/// Null, and why, for any other mode, and for what is no regular file when it is to be read.
+/// Opens a stream of the C library with one of its modes for binary files ("rb", "rb+", "wb", "wb+", "ab",
+/// "ab+"). Null, and why, for any other mode, and for what is no regular file when it is to be read.
 [[nodiscard]] std::FILE* OpenStream(const std::wstring& name, const char* mode, std::wstring& reason);
 
 /// As the C library's fseek and ftell, for files of any size.

@@ -19,7 +19,8 @@ RawFile::~RawFile()
 }
 
 RawFile::RawFile(RawFile&& other) noexcept
-    : m_File(std::exchange(other.m_File, nullptr)), m_Reason(std::exchange(other.m_Reason, {})),
+    : m_File(std::exchange(other.m_File, nullptr)),
+      m_Reason(std::exchange(other.m_Reason, {})),
       m_IsReadOnly(other.m_IsReadOnly),
       m_IsMisused(other.m_IsMisused)
 {

@@ -137,7 +137,8 @@ public:
     FontconfigEngine()
     {
         if (FT_Init_FreeType(&m_FreeType) != 0) m_FreeType = nullptr;
-        // A configuration of its own, so that the host's stays what it is; a missing one is no complaint of ours.
+        // A configuration of its own, so that the host's stays what it is; a missing one is no complaint of
+        // ours.
         FcConfig* config = FcConfigCreate();
         if (config && FcConfigParseAndLoad(config, nullptr, FcFalse) && FcConfigBuildFonts(config))
             m_Config = config;

@@ -86,7 +86,8 @@ std::wstring NativeFile::ReadAt(Handle file, std::uint64_t position, void* bytes
     return {};
 }
 
-std::wstring NativeFile::WriteAll(Handle file, const char* bytes, std::size_t count, const std::uint64_t* offset)
+std::wstring NativeFile::WriteAll(Handle file, const char* bytes, std::size_t count,
+                                  const std::uint64_t* offset)
 {
     std::size_t done = 0;
     while (done < count) {

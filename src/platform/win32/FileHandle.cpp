@@ -9,8 +9,8 @@ std::wstring LastErrorText()
 }
 
 namespace {
-/// Where the system says no more than that the way does not lead there: a part of it that is too long, or a file in
-/// the place of a folder.
+/// Where the system says no more than that the way does not lead there: a part of it that is too long, or a
+/// file in the place of a folder.
 std::wstring WhyNotOpened(const std::wstring& native)
 {
     constexpr std::size_t LONGEST_COMPONENT = 255;
@@ -38,7 +38,8 @@ HANDLE OpenRegularFile(const std::wstring& name, DWORD access, DWORD creation, s
         reason = L"is a folder";
         return INVALID_HANDLE_VALUE;
     }
-    FileHandle file(::CreateFileW(native.c_str(), access, SHARE_ALL, nullptr, creation, FILE_ATTRIBUTE_NORMAL, nullptr));
+    FileHandle file(
+        ::CreateFileW(native.c_str(), access, SHARE_ALL, nullptr, creation, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!file.IsOpen()) {
         reason = WhyNotOpened(native);
         return INVALID_HANDLE_VALUE;

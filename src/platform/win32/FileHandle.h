@@ -33,7 +33,8 @@ private:
 /// What others may do meanwhile with a file that is read, as under POSIX: anything.
 inline constexpr DWORD SHARE_ALL = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
-/// Opens a regular file for reading. An invalid handle, and why, for folders, devices, pipes and what is not there.
+/// Opens a regular file for reading. An invalid handle, and why, for folders, devices, pipes and what is not
+/// there.
 HANDLE OpenRegularFile(const std::wstring& name, DWORD access, DWORD creation, std::wstring& reason);
 
 /// Why the last call of the system failed.

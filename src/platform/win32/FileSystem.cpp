@@ -16,8 +16,8 @@ bool FailWith(DWORD code, std::wstring* reason)
 /// A handle that asks for no access: whatever is there can be looked at, however others use it.
 HANDLE OpenToLook(const std::wstring& name)
 {
-    return ::CreateFileW(NativeName(name).c_str(), 0, SHARE_ALL, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS,
-                         nullptr);
+    return ::CreateFileW(NativeName(name).c_str(), 0, SHARE_ALL, nullptr, OPEN_EXISTING,
+                         FILE_FLAG_BACKUP_SEMANTICS, nullptr);
 }
 
 std::optional<BY_HANDLE_FILE_INFORMATION> Status(const std::wstring& name)
@@ -77,7 +77,8 @@ std::wstring SystemWords(DWORD code)
     constexpr DWORD LONGEST = 512;
     constexpr DWORD ENGLISH = 0x0409;
     wchar_t text[LONGEST];
-    const DWORD flags = FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK;
+    const DWORD flags =
+        FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK;
     DWORD length = ::FormatMessageW(flags, nullptr, code, ENGLISH, text, LONGEST, nullptr);
     if (length == 0) length = ::FormatMessageW(flags, nullptr, code, 0, text, LONGEST, nullptr);
     std::wstring words(text, length);
@@ -123,7 +124,8 @@ bool FileSystem::SameFile(const std::wstring& a, const std::wstring& b)
     if (!::GetFileInformationByHandle(fileA.Get(), &statusA)) return false;
     if (!::GetFileInformationByHandle(fileB.Get(), &statusB)) return false;
     return statusA.dwVolumeSerialNumber == statusB.dwVolumeSerialNumber
-           && statusA.nFileIndexHigh == statusB.nFileIndexHigh && statusA.nFileIndexLow == statusB.nFileIndexLow;
+           && statusA.nFileIndexHigh == statusB.nFileIndexHigh
+           && statusA.nFileIndexLow == statusB.nFileIndexLow;
 }
 
 bool FileSystem::Replace(const std::wstring& from, const std::wstring& to, std::wstring* reason)

@@ -57,8 +57,9 @@ FontTable TableOf(HDC context, DWORD tag)
 
 FontTables TablesOf(HDC context)
 {
-    return {TableOf(context, TagOf("head")), TableOf(context, TagOf("hhea")), TableOf(context, TagOf("maxp")),
-            TableOf(context, TagOf("OS/2")), TableOf(context, TagOf("hmtx")), TableOf(context, TagOf("cmap"))};
+    return {TableOf(context, TagOf("head")), TableOf(context, TagOf("hhea")),
+            TableOf(context, TagOf("maxp")), TableOf(context, TagOf("OS/2")),
+            TableOf(context, TagOf("hmtx")), TableOf(context, TagOf("cmap"))};
 }
 
 /// Which file a selected font stands in. The two functions are exported by gdi32 and declared nowhere.
@@ -194,8 +195,8 @@ class GdiEngine final : public FontEngine {
 public:
     std::unique_ptr<FontMatch> Match(const FontName& name) override
     {
-        // An installed family is found whatever its characters. For the choice of one that stands in, the system
-        // goes by the wanted characters, which are those of the user's language unless told.
+        // An installed family is found whatever its characters. For the choice of one that stands in, the
+        // system goes by the wanted characters, which are those of the user's language unless told.
         const LOGFONTW asNamed = Wanted(name, DEFAULT_CHARSET);
         const FontContext installed(asNamed);
         const bool isInstalled =

@@ -12,7 +12,8 @@ constexpr std::size_t OS2_CAP_HEIGHT = 88;  // from version 2 on
 constexpr std::size_t OS2_WIN_ASCENT = 74;  // the descent after it
 constexpr std::size_t LONG_METRIC_SIZE = 4; // in hmtx: advance and left side bearing
 
-/// Platforms and encodings of cmap's subtables, in the order of preference: all of Unicode, its first 65536, symbols.
+/// Platforms and encodings of cmap's subtables, in the order of preference: all of Unicode, its first 65536,
+/// symbols.
 enum MAP_KIND { NO_MAP, SYMBOLS, BASIC, FULL };
 
 MAP_KIND KindOf(std::uint32_t platform, std::uint32_t encoding)
@@ -145,14 +146,16 @@ std::uint32_t TableOutline::ByTrimmedTable(char32_t character) const
     return cmap.U16(m_Map + 10 + 2 * std::size_t{character - first});
 }
 
-/// Formats 12 and 13: groups in the order of their characters, each with its first glyph or, 13, its only one.
+/// Formats 12 and 13: groups in the order of their characters, each with its first glyph or, 13, its only
+/// one.
 std::uint32_t TableOutline::ByGroups(char32_t character, bool areSame) const
 {
     constexpr std::size_t GROUP_SIZE = 12;
     const FontTable& cmap = m_Tables.cmap;
     const std::size_t groups = m_Map + 16;
     std::size_t low = 0;
-    for (std::size_t high = std::min<std::size_t>(cmap.U32(m_Map + 12), cmap.Size() / GROUP_SIZE); low < high;) {
+    for (std::size_t high = std::min<std::size_t>(cmap.U32(m_Map + 12), cmap.Size() / GROUP_SIZE);
+         low < high;) {
         const std::size_t middle = (low + high) / 2;
         const std::size_t group = groups + GROUP_SIZE * middle;
         if (character < cmap.U32(group)) {
@@ -171,5 +174,6 @@ std::uint32_t TableOutline::ByGroups(char32_t character, bool areSame) const
 std::int32_t TableOutline::GlyphAdvance(std::uint32_t glyph) const
 {
     const std::uint32_t last = m_Tables.hhea.U16(LONG_METRICS) - 1;
-    return static_cast<std::int32_t>(m_Tables.hmtx.U16(LONG_METRIC_SIZE * std::size_t{std::min(glyph, last)}));
+    return static_cast<std::int32_t>(
+        m_Tables.hmtx.U16(LONG_METRIC_SIZE * std::size_t{std::min(glyph, last)}));
 }

@@ -49,8 +49,8 @@ struct FontTables {
     bool HasCapHeight() const;
 };
 
-/// A face by its tables: characters by cmap (formats 4, 6, 12 and 13; of several the one with the most characters),
-/// advances by hmtx.
+/// A face by its tables: characters by cmap (formats 4, 6, 12 and 13; of several the one with the most
+/// characters), advances by hmtx.
 class TableOutline final : public FontOutline {
 public:
     explicit TableOutline(FontTables tables);

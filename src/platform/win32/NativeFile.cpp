@@ -69,7 +69,8 @@ std::wstring NativeFile::ReadAt(Handle file, std::uint64_t position, void* bytes
     return {};
 }
 
-std::wstring NativeFile::WriteAll(Handle file, const char* bytes, std::size_t count, const std::uint64_t* offset)
+std::wstring NativeFile::WriteAll(Handle file, const char* bytes, std::size_t count,
+                                  const std::uint64_t* offset)
 {
     // What is no file would write at its end whatever the offset.
     if (offset && ::GetFileType(HandleOf(file)) != FILE_TYPE_DISK) return L"cannot be written out of order";

@@ -54,9 +54,15 @@ std::uint64_t TiffPixelsBacked(std::uint32_t compression, std::uint64_t size, st
         std::uint32_t compression;
         std::uint64_t pixelsPerByte;
     };
-    // None, LZW, both kinds of JPEG, both of deflate, PackBits: as many pixels of a bit as their codes can repeat.
+    // None, LZW, both kinds of JPEG, both of deflate, PackBits: as many pixels of a bit as their codes can
+    // repeat.
     constexpr Row ROWS[] = {
-        {1, 8 * Pixels::TRUNCATION_ALLOWANCE}, {5, 2731 * 8}, {6, 1024}, {7, 1024}, {8, 1032 * 8}, {32946, 1032 * 8},
+        {1, 8 * Pixels::TRUNCATION_ALLOWANCE},
+        {5, 2731 * 8},
+        {6, 1024},
+        {7, 1024},
+        {8, 1032 * 8},
+        {32946, 1032 * 8},
         {32773, 64 * 8 * Pixels::TRUNCATION_ALLOWANCE},
     };
     constexpr std::uint64_t OTHERWISE = 32768 * 8;
@@ -106,7 +112,8 @@ int CountScans(ByteReader& in)
     constexpr unsigned SCAN = 0xDA;
     constexpr int ENOUGH = 1000;
     int scans = 0;
-    for (unsigned mark = NextMark(in); mark != 0 && scans < ENOUGH; mark = NextMark(in)) scans += mark == SCAN;
+    for (unsigned mark = NextMark(in); mark != 0 && scans < ENOUGH; mark = NextMark(in))
+        scans += mark == SCAN;
     return scans;
 }
 } // namespace

@@ -42,8 +42,8 @@ bool CopyPixels(Gdiplus::GpBitmap* bitmap, const Size& size, std::uint64_t left,
     return Flat::GdipBitmapUnlockBits(bitmap, &target) == Gdiplus::Ok;
 }
 
-/// Puts what was decoded into the picture: all of it, or the frame of a GIF alone, whose screen then shows nothing
-/// around it.
+/// Puts what was decoded into the picture: all of it, or the frame of a GIF alone, whose screen then shows
+/// nothing around it.
 bool Place(Gdiplus::GpBitmap* bitmap, const PictureHeader& header, Picture& picture)
 {
     Size size;
@@ -84,8 +84,8 @@ Complaint DecodeGif(ByteSource& source, Picture& picture)
 
 Complaint DecodeJpeg(ByteSource& source, Picture& picture)
 {
-    // Each pass of a progressive file costs the whole picture, however few bytes it has. Encoders make about ten; the
-    // largest pictures may have a few more, small ones plenty.
+    // Each pass of a progressive file costs the whole picture, however few bytes it has. Encoders make about
+    // ten; the largest pictures may have a few more, small ones plenty.
     constexpr std::uint64_t MOST_PIXELS_SCANNED = std::uint64_t{1} << 31;
     PictureHeader header = ReadJpegHeader(source);
     const std::uint64_t pixels = std::max<std::uint64_t>(header.width * header.height, 1);

@@ -32,8 +32,8 @@ bool SharedLibrary::Open(const std::wstring& name)
         m_Reason = L"no such file";
         return false;
     }
-    // A bare name keeps its form: it is looked for in the system's places. Those of a library with a folder begin
-    // with that folder.
+    // A bare name keeps its form: it is looked for in the system's places. Those of a library with a folder
+    // begin with that folder.
     const bool hasFolder = name.find_first_of(L"/\\:") != name.npos;
     const std::wstring native = hasFolder ? FullNativeName(name) : name;
     const DWORD flags = hasFolder ? LOAD_WITH_ALTERED_SEARCH_PATH : 0;

@@ -13,8 +13,8 @@
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 #endif
 
-/// A source of bytes as the system's decoders read it. Lives on its owner's stack: whoever counts references counts
-/// in vain, and nobody may keep one after the decoding.
+/// A source of bytes as the system's decoders read it. Lives on its owner's stack: whoever counts references
+/// counts in vain, and nobody may keep one after the decoding.
 class SourceStream final : public IStream {
 public:
     explicit SourceStream(ByteSource& source) : m_Source(source) {}

@@ -1,7 +1,8 @@
 #pragma once
 
-/// The one place that includes <windows.h>. What it defines as macros and this library uses as names is taken back;
-/// the constants of GDI, which GdiConstants.h declares where this header was not included before, keep theirs.
+/// The one place that includes <windows.h>. What it defines as macros and this library uses as names is taken
+/// back; the constants of GDI, which GdiConstants.h declares where this header was not included before, keep
+/// theirs.
 #ifndef NOMINMAX
 #define NOMINMAX
 #endif
