@@ -10,6 +10,7 @@
 #include <cmath>
 #include <string>
 
+#include "dxf/DXFFile.h"
 #include "model/DXF.h"
 #include "platform/CDC.h"
 #include "platform/PictureFile.h"
@@ -115,7 +116,9 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int)
     wchar_t** arguments = CommandLineToArgvW(GetCommandLineW(), &count);
     Window window;
     const std::atomic<bool> keepGoing{true};
-    if (count < 2 || !window.drawing.Read(arguments[1], keepGoing, true)) {
+    DXFFile reader;
+    reader.SetBlocksUseDocumentLayers(true); // colours of blocks as other programs have them
+    if (count < 2 || !reader.Read(arguments[1], window.drawing, keepGoing, true)) {
         MessageBoxW(nullptr, L"viewer FILE.dxf: no drawing could be read", L"viewer", MB_ICONERROR);
         return 2;
     }
