@@ -5,6 +5,8 @@
 
 - A module includes only what MAY_INCLUDE allows; includes are written from src/ and name files that exist.
 - Headers form no cycle and start with #pragma once.
+- A header at the top of a module is installed for hosts, those in its inner folders are not: the former include
+  none of the latter.
 - The operating system and the libraries that stand in for it are seen under src/platform/ only; the hosts in
   examples/windows/ and the stand-in for a host's class library in tests/vendor/ include its headers.
 - A source of more than MAX_LINES lines is two sources.
@@ -108,6 +110,9 @@ class Checker:
             return
         if other != module and other not in MAY_INCLUDE[module]:
             self.breach(file, number, f"{module} may not include {other} ({name})")
+        depth = len(file.relative_to(self.root).parts)
+        if file.suffix == ".h" and depth == 3 and name.count("/") > 1:
+            self.breach(file, number, f"is installed, {name} is not")
         if file in self.header_includes:
             self.header_includes[file].append((number, target))
 

@@ -3,7 +3,7 @@
 #include "platform/CBitmap.h"
 #include "platform/CDC.h"
 #include "platform/CPen.h"
-#include "platform/picture/Encoders.h"
+#include "platform/PixelRows.h"
 
 struct Picture;
 

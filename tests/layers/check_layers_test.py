@@ -17,6 +17,8 @@ SPEC.loader.exec_module(check_layers)
 CLEAN = {
     "src/platform/File.h": "#pragma once\n#ifdef _WIN32\n#include <windows.h>\n#else\n"
                            "#include <unistd.h>\n#endif\n",
+    "src/platform/inner/Deep.h": '#pragma once\n#include "platform/File.h"\n',
+    "src/platform/File.cpp": '#include "platform/inner/Deep.h"\n',
     "src/support/Point.h": '#pragma once\n#include "platform/File.h"\n#include <vector>\n',
     "src/model/Line.h": '#pragma once\n#include "support/Point.h"\n// A part 3.1 units long\n'
                         '// By the TGA file format specification.\n',
@@ -39,6 +41,7 @@ BREACHES = [
     ("src/model/Bad.cpp", "#include <support/Point.h>\n", 1, "in angle brackets"),
     ("src/model/Bad.h", "#include <vector>\n", 1, "no #pragma once"),
     ("src/model/Self.h", '#pragma once\n#include "model/Self.h"\n', 2, "model/Self.h -> model/Self.h"),
+    ("src/platform/Bad.h", '#pragma once\n#include "platform/inner/Deep.h"\n', 2, "is installed"),
     ("src/stray/Bad.cpp", "int a;\n", 1, "stands in no module"),
     ("src/Bad.cpp", "int a;\n", 1, "stands in no module"),
     ("src/model/Bad.cpp", "#include <windows.h>\n", 1, "operating system's <windows.h>"),
