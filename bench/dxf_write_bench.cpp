@@ -6,12 +6,11 @@
 #include <string>
 #include <vector>
 
+#include "SampleEntities.h"
 #include "dxf/DXFFile.h"
 #include "model/DXF.h"
 #include "model/DXFArc.h"
-#include "model/DXFLine.h"
 #include "model/DXFMText.h"
-#include "model/DXFPolyline.h"
 #include "model/DXFText.h"
 #include "support/NumberText.h"
 
@@ -20,45 +19,14 @@
 
 namespace {
 
+using namespace SampleEntities;
 using P3 = GTL::Point3D<double>;
 
 constexpr int NUM_ENTITIES = 200'000;
-constexpr int NUM_VERTICES = 12;
-
-P3 Place(int i)
-{
-    return {10000 * std::sin(i * 0.7), 10000 * std::cos(i * 0.3), i % 8 == 0 ? i * 0.01 : 0.0};
-}
-
-DXFEntity* NewLine(int i)
-{
-    return new DXFLine(Place(i), Place(i + 1));
-}
 
 DXFEntity* NewArc(int i)
 {
     return new DXFArc(Place(i), 10 + i % 100, i % 360, i * 7 % 360);
-}
-
-DXFEntity* NewPolyline(int i)
-{
-    auto* polyline = new DXFPolyline();
-    polyline->SetLWPolyLine(true);
-    for (int k = 0; k < NUM_VERTICES; ++k) polyline->PushBack(Place(i + k));
-    return polyline;
-}
-
-template <class T>
-DXFEntity* NewText(int i)
-{
-    auto* text = new T();
-    text->SetText(L"valve DN50 level +12.50 room " + std::to_wstring(i));
-    text->SetPosition(Place(i));
-    TextInfo info;
-    info.SetFont(i % 100 < 90 ? L"STANDARD" : L"ARIAL");
-    info.SetSize(2.5F);
-    text->SetTextInfo(info);
-    return text;
 }
 
 DXF MakeDrawing(DXFEntity* (*make)(int))

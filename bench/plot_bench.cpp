@@ -8,10 +8,9 @@
 #include <string>
 #include <vector>
 
+#include "SampleEntities.h"
 #include "model/DXFArc.h"
 #include "model/DXFCircle.h"
-#include "model/DXFLine.h"
-#include "model/DXFPolyline.h"
 #include "model/DXFText.h"
 #include "plot/PlotFile.h"
 #include "support/CRCChecksum.h"
@@ -21,40 +20,9 @@
 
 namespace {
 
-using P3 = GTL::Point3D<double>;
+using namespace SampleEntities;
 
 constexpr int NUM_ENTITIES = 1'000'000;
-constexpr int NUM_VERTICES = 12;
-
-P3 Place(int i)
-{
-    return {10000 * std::sin(i * 0.7), 10000 * std::cos(i * 0.3), i % 8 == 0 ? i * 0.01 : 0.0};
-}
-
-DXFEntity* NewLine(int i)
-{
-    return new DXFLine(Place(i), Place(i + 1));
-}
-
-DXFEntity* NewPolyline(int i)
-{
-    auto* polyline = new DXFPolyline();
-    polyline->SetLWPolyLine(true);
-    for (int k = 0; k < NUM_VERTICES; ++k) polyline->PushBack(Place(i + k));
-    return polyline;
-}
-
-DXFEntity* NewText(int i)
-{
-    auto* text = new DXFText();
-    text->SetText(L"valve DN50 level +12.50 room " + std::to_wstring(i));
-    text->SetPosition(Place(i));
-    TextInfo info;
-    info.SetFont(i % 100 < 90 ? L"STANDARD" : L"ARIAL");
-    info.SetSize(2.5F);
-    text->SetTextInfo(info);
-    return text;
-}
 
 /// In the shares of drawings of buildings.
 DXFEntity* NewMixed(int i)
@@ -62,7 +30,7 @@ DXFEntity* NewMixed(int i)
     const int share = i % 20;
     if (share < 12) return NewLine(i);
     if (share < 15) return NewPolyline(i);
-    if (share < 17) return NewText(i);
+    if (share < 17) return NewText<DXFText>(i);
     if (share < 19) return new DXFArc(Place(i), 10 + i % 100, i % 360, i * 7 % 360);
     return new DXFCircle(Place(i), 10 + i % 100);
 }
@@ -155,11 +123,11 @@ BENCHMARK_CAPTURE(CopyInMemory, lines, NewLine)->Unit(benchmark::kMillisecond)->
 BENCHMARK_CAPTURE(ChecksumAlone, lines, NewLine)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK_CAPTURE(WritePlot, lines, NewLine)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK_CAPTURE(WritePlot, polylines, NewPolyline)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK_CAPTURE(WritePlot, texts, NewText)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(WritePlot, texts, NewText<DXFText>)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK_CAPTURE(WritePlot, mixed, NewMixed)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK_CAPTURE(ReadPlot, lines, NewLine)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK_CAPTURE(ReadPlot, polylines, NewPolyline)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK_CAPTURE(ReadPlot, texts, NewText)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(ReadPlot, texts, NewText<DXFText>)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK_CAPTURE(ReadPlot, mixed, NewMixed)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 } // namespace

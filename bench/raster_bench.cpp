@@ -7,6 +7,7 @@
 #include <random>
 #include <vector>
 
+#include "PlainLine.h"
 #include "platform/CDC.h"
 
 // The software device on a picture of 2000 x 1500, beside a plain loop that draws the same pixels and knows
@@ -47,28 +48,6 @@ std::vector<Segment> Segments(int length)
             {x + static_cast<int>(length * std::cos(angle)), y + static_cast<int>(length * std::sin(angle))}};
     }
     return segments;
-}
-
-/// The textbook's loop.
-void PlainLine(CBitmap& bitmap, CPoint a, CPoint b, std::uint32_t pixel)
-{
-    const int dx = std::abs(b.x - a.x), dy = std::abs(b.y - a.y);
-    const int sx = b.x < a.x ? -1 : 1, sy = b.y < a.y ? -WIDTH : WIDTH;
-    const bool isSteep = dy > dx;
-    const int n = isSteep ? dy : dx, m2 = 2 * (isSteep ? dx : dy), n2 = 2 * n;
-    const int major = isSteep ? sy : sx, minor = isSteep ? sx : sy;
-    const int threshold = minor < 0 ? 0 : 1;
-    std::uint32_t* p = bitmap.Row(a.y) + a.x;
-    int error = -n;
-    for (int i = 0; i < n; ++i) {
-        *p = pixel;
-        p += major;
-        error += m2;
-        if (error >= threshold) {
-            p += minor;
-            error -= n2;
-        }
-    }
 }
 
 void PlainLines(benchmark::State& state)
