@@ -23,7 +23,7 @@ if(HALYARD_VENDOR_CLASSES)
     set(CMAKE_MFC_FLAG 2)
     add_compile_definitions(_AFXDLL)
     list(FILTER HALYARD_SOURCES EXCLUDE REGEX
-        "/src/platform/(win32/(CDC|GdiContext|GdiFar|GdiMap|GdiObjects)|DeviceOperations|GdiObjects)\\.cpp$")
+        "/src/platform/(win32/(CDC|GdiContext|GdiFar|GdiMap|GdiObjects)|CDC|DeviceOperations|GdiObjects)\\.cpp$")
 endif()
 if(NOT HALYARD_SOURCES)
     message(FATAL_ERROR "src/ holds no sources")

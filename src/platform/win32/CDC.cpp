@@ -62,26 +62,6 @@ bool CDC::CreateCompatibleDC(CDC* /*other*/)
     return true;
 }
 
-bool CDC::DeleteDC()
-{
-    return CDC::CreateCompatibleDC(nullptr);
-}
-
-CPen* CDC::SelectObject(CPen* pen)
-{
-    return std::exchange(m_Pen, pen);
-}
-
-CBrush* CDC::SelectObject(CBrush* brush)
-{
-    return std::exchange(m_Brush, brush);
-}
-
-CFont* CDC::SelectObject(CFont* font)
-{
-    return std::exchange(m_Font, font);
-}
-
 CBitmap* CDC::SelectObject(CBitmap* bitmap)
 {
     const CSize before = m_Bitmap ? CSize(m_Bitmap->Width(), m_Bitmap->Height()) : CSize();

@@ -1,28 +1,7 @@
 #include "platform/SharedLibrary.h"
 
-#include <utility>
-
 #include "platform/win32/FileHandle.h"
 #include "platform/win32/NativeName.h"
-
-SharedLibrary::~SharedLibrary()
-{
-    Close();
-}
-
-SharedLibrary::SharedLibrary(SharedLibrary&& other) noexcept
-    : m_Handle(std::exchange(other.m_Handle, nullptr)), m_Reason(std::exchange(other.m_Reason, {}))
-{
-}
-
-SharedLibrary& SharedLibrary::operator=(SharedLibrary&& other) noexcept
-{
-    if (this == &other) return *this;
-    Close();
-    m_Handle = std::exchange(other.m_Handle, nullptr);
-    m_Reason = std::exchange(other.m_Reason, {});
-    return *this;
-}
 
 bool SharedLibrary::Open(const std::wstring& name)
 {
