@@ -247,19 +247,14 @@ private:
     std::vector<P3> m_Outline;
 };
 
-bool IsFinite(const P3& p)
-{
-    return std::isfinite(p.X()) && std::isfinite(p.Y());
-}
-
 } // namespace
 
 ClipResult CutOutline(const Extents2D<double>& window, const std::vector<P3>& ring, Pieces& pieces)
 {
     if (!(window.MinX() < window.MaxX() && window.MinY() < window.MaxY())) return Outside;
-    if (!std::all_of(ring.begin(), ring.end(), IsFinite)) {
+    if (!std::all_of(ring.begin(), ring.end(), GTL::IsFinite)) {
         std::vector<P3> finite;
-        std::copy_if(ring.begin(), ring.end(), std::back_inserter(finite), IsFinite);
+        std::copy_if(ring.begin(), ring.end(), std::back_inserter(finite), GTL::IsFinite);
         if (finite.empty()) return Outside;
         const ClipResult result = CutOutline(window, finite, pieces);
         if (result == Inside) pieces.emplace_back(std::move(finite));

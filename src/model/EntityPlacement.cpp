@@ -148,13 +148,6 @@ std::unique_ptr<Kind> LookingLike(std::unique_ptr<Kind> image, const DXFLineBase
     return image;
 }
 
-/// Degrees that an arc runs through, clockwise; equal ends are a full turn.
-double SweepOf(const GTL::Arc<P>& arc)
-{
-    const double sweep = (arc.EndAngle() - arc.StartAngle()).Get();
-    return arc.StartAngle() == arc.EndAngle() ? 360 : sweep;
-}
-
 /// The arc's image under a map that keeps angles: bearings turn with the image of +y.
 GTL::Arc<P> ArcImage(const GTL::Arc<P>& arc, const P& center, const Plane& plane)
 {
@@ -166,7 +159,7 @@ GTL::Arc<P> ArcImage(const GTL::Arc<P>& arc, const P& center, const Plane& plane
 
 std::vector<P> ArcChords(const GTL::Arc<P>& arc, const P& center, const Plane& plane)
 {
-    const double sweep = SweepOf(arc);
+    const double sweep = arc.Sweep();
     const std::size_t chords = Chords(sweep * MATH::DTR);
     std::vector<P> image;
     image.reserve(chords + 1);

@@ -10,16 +10,6 @@ constexpr char32_t FIRST_ESCAPE = 0xDC80;
 constexpr char32_t LAST_ESCAPE = 0xDCFF;
 constexpr char32_t ESCAPE_BASE = 0xDC00;
 
-bool IsHighSurrogate(char32_t c)
-{
-    return c >= 0xD800 && c <= 0xDBFF;
-}
-
-bool IsLowSurrogate(char32_t c)
-{
-    return c >= 0xDC00 && c <= 0xDFFF;
-}
-
 void AppendUtf8(std::string& out, char32_t c)
 {
     const auto tail = [c](int shift) {

@@ -19,3 +19,13 @@
 
 /// Wide string of UTF-8 bytes; never fails (see above).
 [[nodiscard]] HALYARD_API std::wstring FromUtf8(std::string_view bytes);
+
+/// The first and the second half of what UTF-16 makes of a character beyond U+FFFF.
+inline constexpr bool IsHighSurrogate(char32_t c)
+{
+    return c >= 0xD800 && c <= 0xDBFF;
+}
+inline constexpr bool IsLowSurrogate(char32_t c)
+{
+    return c >= 0xDC00 && c <= 0xDFFF;
+}

@@ -27,23 +27,11 @@ constexpr double LONGEST_CHORD = MATH::TWOPI / 8;
 
 const GTL::Vector3D<double> UP(0, 0, 1);
 
-bool IsFinite(const P2& p)
-{
-    return std::isfinite(p.X()) && std::isfinite(p.Y());
-}
-
 /// Whole steps of at most that size, in a range that needs no trust in either number.
 int Steps(double count)
 {
     if (!(count < WinDXFDrawer::MAX_ARC_STEPS)) return WinDXFDrawer::MAX_ARC_STEPS;
     return count > 1 ? static_cast<int>(count) : 1;
-}
-
-/// Degrees of an arc from start to end; equal ends are a full turn.
-double SweepOf(const GTL::Arc<P3>& arc)
-{
-    const double sweep = (arc.EndAngle() - arc.StartAngle()).Get();
-    return arc.StartAngle() == arc.EndAngle() ? 360 : sweep;
 }
 
 GTL::Polyline<P3> ClosedPath(const std::vector<P3>& ring)
@@ -150,7 +138,7 @@ void WinDXFDrawer::Write(const DXFArc& arc)
     if (m_Option.extrusions && !(arc.Extrusion() == UP)) return DrawPlaced(arc);
     CreatePen(arc);
     if (m_Option.visibleParts)
-        DrawVisibleArc(arc.Center(), arc.Radius(), arc.StartAngle(), SweepOf(arc.GetArc()));
+        DrawVisibleArc(arc.Center(), arc.Radius(), arc.StartAngle(), arc.GetArc().Sweep());
     else
         DrawArc(arc.Center(), arc.Radius(), arc.StartAngle(), arc.EndAngle());
 }

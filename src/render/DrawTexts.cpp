@@ -20,11 +20,6 @@ using P3 = GTL::Point3D<double>;
 constexpr int WEIGHT_PLAIN = 400;
 constexpr int WEIGHT_BOLD = 700;
 
-bool IsFinite(const P2& p)
-{
-    return std::isfinite(p.X()) && std::isfinite(p.Y());
-}
-
 int LengthOf(const std::wstring& text)
 {
     constexpr std::size_t MOST = std::numeric_limits<int>::max();

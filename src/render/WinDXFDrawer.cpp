@@ -32,21 +32,6 @@ int Length(int from, int to)
     return static_cast<int>(std::clamp(std::int64_t{to} - from, -MOST, MOST));
 }
 
-int SquaredDistance(unsigned long a, unsigned long b)
-{
-    int sum = 0;
-    for (const int shift : {0, 8, 16}) {
-        const int gap = static_cast<int>(a >> shift & 0xFF) - static_cast<int>(b >> shift & 0xFF);
-        sum += gap * gap;
-    }
-    return sum;
-}
-
-bool IsFinite(const P2& p)
-{
-    return std::isfinite(p.X()) && std::isfinite(p.Y());
-}
-
 /// A box and as much again on each of its sides.
 Window Around(const Window& box)
 {

@@ -45,6 +45,9 @@ public:
         return Angle(std::atan2(double(p.X() - m_Center.X()), double(p.Y() - m_Center.Y())) * MATH::RTD);
     }
 
+    /// Degrees that the arc runs through, 0 < sweep <= 360.
+    double Sweep() const { return m_Start == m_End ? 360 : (m_End - m_Start).Get(); }
+
     /// True when a bearing lies strictly inside the sweep. With equal ends every bearing but that of the ends
     /// does.
     bool Sweeps(const Angle& a) const

@@ -22,12 +22,6 @@ constexpr int Square(int value)
     return value * value;
 }
 
-int SquaredDistance(std::uint32_t a, std::uint32_t b)
-{
-    return Square(Channel(a, 0) - Channel(b, 0)) + Square(Channel(a, 1) - Channel(b, 1))
-           + Square(Channel(a, 2) - Channel(b, 2));
-}
-
 /// Places of the table's colours, by open addressing; a quarter full.
 class ExactColors {
 public:

@@ -2,6 +2,8 @@
 
 #include "platform/Export.h"
 
+#include <initializer_list>
+
 /// A drawing colour, as an index into the 256 entries of the published DXF colour table or as a device colour
 /// word 0x00BBGGRR (red in the low byte).
 class HALYARD_API DXFColor {
@@ -26,4 +28,15 @@ private:
 inline constexpr unsigned long SwapRedBlue(unsigned long color)
 {
     return (color & 0xFF) << 16 | (color & 0xFF00) | (color >> 16 & 0xFF);
+}
+
+/// How far two colours lie apart, red, green and blue as axes; of either order of bytes.
+inline constexpr int SquaredDistance(unsigned long a, unsigned long b)
+{
+    int sum = 0;
+    for (const int shift : {0, 8, 16}) {
+        const int gap = static_cast<int>(a >> shift & 0xFF) - static_cast<int>(b >> shift & 0xFF);
+        sum += gap * gap;
+    }
+    return sum;
 }

@@ -1,5 +1,7 @@
 #include "support/MTextLines.h"
 
+#include "platform/Utf8.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -13,16 +15,6 @@ constexpr char32_t DEGREE_SIGN = 0xB0;
 constexpr char32_t PLUS_MINUS_SIGN = 0xB1;
 constexpr char32_t DIAMETER_SIGN = 0xD8;
 constexpr char32_t REPLACEMENT_CHARACTER = 0xFFFD;
-
-bool IsHighSurrogate(char32_t c)
-{
-    return c >= 0xD800 && c <= 0xDBFF;
-}
-
-bool IsLowSurrogate(char32_t c)
-{
-    return c >= 0xDC00 && c <= 0xDFFF;
-}
 
 wchar_t LowerAscii(wchar_t c)
 {

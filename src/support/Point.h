@@ -106,6 +106,12 @@ private:
     T m_B{};
 };
 
+/// Both coordinates of the plane are finite numbers; heights are not looked at.
+inline bool IsFinite(const Point2D<double>& p)
+{
+    return std::isfinite(p.X()) && std::isfinite(p.Y());
+}
+
 } // namespace GTL
 
 /// Distances between points of any kind.
