@@ -6,9 +6,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include <algorithm>
 #include <memory>
-#include <tuple>
 
 namespace {
 
@@ -17,26 +15,16 @@ struct ClipOptions {
     std::string window;
 };
 
-/// Two opposite corners, "x0,y0,x1,y1".
-std::optional<DXFClipContext> WindowOf(const std::string& text)
-{
-    const auto corners = NumbersOf(text, 4);
-    if (!corners) return std::nullopt;
-    DXFClipContext window;
-    std::tie(window.xmin, window.xmax) = std::minmax((*corners)[0], (*corners)[2]);
-    std::tie(window.ymin, window.ymax) = std::minmax((*corners)[1], (*corners)[3]);
-    return window;
-}
-
 std::string CheckWindow(const std::string& text)
 {
-    return WindowOf(text) ? "" : text + " is not a window like 0,0,120.5,80";
+    return BoxOf(text) ? "" : text + " is not a window like 0,0,120.5,80";
 }
 
 int Clip(const ClipOptions& options)
 {
     return EditDrawing(options.edit, [&](Drawing& drawing) -> std::optional<std::wstring> {
-        DXFClipContext window = *WindowOf(options.window);
+        const GTL::Extents2D<double> box = *BoxOf(options.window);
+        DXFClipContext window{box.MinX(), box.MinY(), box.MaxX(), box.MaxY()};
         if (options.edit.plain)
             drawing.Document().Clip(window, Interrupt::KeepGoing());
         else

@@ -4,12 +4,16 @@
 #include "platform/Utf8.h"
 #include "support/Numeric.h"
 
+bool IsMeant(const DXFLayer& layer, const std::string& name)
+{
+    return icompareW(AsMeant(layer.Name()), FromUtf8(name));
+}
+
 DXFLayer* LayerMeant(Drawing& drawing, const std::string& name)
 {
-    const std::wstring meant = FromUtf8(name);
     DXF& document = drawing.Document();
     for (std::size_t i = 0; i < document.NumLayers(); ++i)
-        if (icompareW(AsMeant(document[i]->Name()), meant)) return document[i];
+        if (IsMeant(*document[i], name)) return document[i];
     return nullptr;
 }
 

@@ -91,11 +91,10 @@ void WarnOfLayerZero(Drawing& drawing, const std::string& out)
 /// The steps in the order in which they stand on the command line.
 Complaint Apply(const CLI::App& command, const LayersOptions& options, Drawing& drawing)
 {
-    std::map<const CLI::Option*, std::size_t> taken;
-    for (const CLI::Option* option : command.parse_order()) {
-        const auto step = options.steps.find(option);
+    for (const GivenStep& given : StepsInOrder(command)) {
+        const auto step = options.steps.find(given.option);
         if (step == options.steps.end()) continue;
-        if (auto complaint = step->second(drawing, option->results()[taken[option]++])) return complaint;
+        if (auto complaint = step->second(drawing, given.value)) return complaint;
     }
     WarnOfLayerZero(drawing, options.edit.out);
     return std::nullopt;
@@ -111,12 +110,9 @@ std::string CheckRename(const std::string& text)
 CLI::Option* AddStep(CLI::App& command, LayersOptions& options, const char* name, Step step, const char* form,
                      const char* help)
 {
-    CLI::Option* option = command.add_option_function<std::vector<std::string>>(
-        name, [](const std::vector<std::string>&) {}, help);
+    CLI::Option* option = AddStepOption(command, name, form, help);
     options.steps.emplace(option, step);
-    return option->type_name(form)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
-        ->allow_extra_args(false);
+    return option;
 }
 
 } // namespace

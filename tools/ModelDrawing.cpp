@@ -19,7 +19,7 @@ using P3 = GTL::Point3D<double>;
 
 constexpr unsigned long WHITE = 0xFFFFFF;
 
-bool IsFinite(const P3& p)
+bool IsFiniteInSpace(const P3& p)
 {
     return std::isfinite(p.X()) && std::isfinite(p.Y()) && std::isfinite(p.Z());
 }
@@ -122,7 +122,7 @@ private:
             const t3DPoint& p = object.pVerts[v[i]];
             corners[i] = {double(p.x) / m_MetresPerUnit, double(p.y) / m_MetresPerUnit,
                           double(p.z) / m_MetresPerUnit};
-            if (!IsFinite(corners[i])) return Drop(m_Endless);
+            if (!IsFiniteInSpace(corners[i])) return Drop(m_Endless);
         }
         corners[3] = corners[2];
         return true;
@@ -203,7 +203,7 @@ private:
         if (ring.size() > 1 && ring.front() == ring.back()) ring.pop_back();
         if (m_SwapAxes)
             for (P3& p : ring) p = {p.X(), p.Z(), -p.Y()};
-        return std::all_of(ring.begin(), ring.end(), IsFinite);
+        return std::all_of(ring.begin(), ring.end(), IsFiniteInSpace);
     }
     DXFLayer& LayerOf(unsigned long color)
     {

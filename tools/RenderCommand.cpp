@@ -1,6 +1,8 @@
+#include "CommandText.h"
 #include "Commands.h"
 #include "Drawing.h"
 #include "Interrupt.h"
+#include "LayerNames.h"
 #include "Progress.h"
 #include "Report.h"
 #include "SafeOutput.h"
@@ -29,6 +31,8 @@ constexpr int LOWEST = 400;
 constexpr int HIGHEST = 6400;
 /// On each side of the drawing, as a part of its size.
 constexpr double MARGIN = 0.02;
+/// Coordinates beyond are not shown: their differences would be infinite.
+constexpr double REACH = 1e300;
 
 struct Options {
     std::string in;
@@ -58,24 +62,6 @@ std::optional<CSize> SizeOf(const std::string& text)
     const auto height = WholeNumber(std::string_view(text).substr(cross + 1));
     if (!width || !height) return std::nullopt;
     return CSize(*width, *height);
-}
-
-/// Two opposite corners, "x0,y0,x1,y1", as a box.
-std::optional<View> ViewOf(std::string_view text)
-{
-    constexpr double REACH = 1e300;
-    double corners[4];
-    for (double& v : corners) {
-        const bool isLast = &v == std::end(corners) - 1;
-        const std::size_t comma = text.find(',');
-        if ((comma == std::string_view::npos) != isLast) return std::nullopt;
-        const std::string_view number = text.substr(0, comma);
-        const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), v);
-        if (error != std::errc() || end != number.data() + number.size()) return std::nullopt;
-        if (!std::isfinite(v) || std::fabs(v) > REACH) return std::nullopt;
-        text.remove_prefix(isLast ? text.size() : comma + 1);
-    }
-    return View({corners[0], corners[1]}, {corners[2], corners[3]});
 }
 
 /// 0x00BBGGRR from "#rrggbb", "black" or "white".
@@ -112,8 +98,11 @@ std::string CheckSize(const std::string& text)
 
 std::string CheckView(const std::string& text)
 {
-    const std::optional<View> view = ViewOf(text);
-    if (!view) return text + " is not a view like 0,0,120.5,80";
+    const std::optional<View> view = BoxOf(text);
+    const bool isInReach = view
+                           && std::max({-view->MinX(), -view->MinY(), view->MaxX(), view->MaxY()}) <= REACH
+                           && std::min({-view->MinX(), -view->MinY(), view->MaxX(), view->MaxY()}) >= -REACH;
+    if (!isInReach) return text + " is not a view like 0,0,120.5,80";
     return view->ExtentX() > 0 && view->ExtentY() > 0 ? "" : text + " is a view without width or height";
 }
 
@@ -130,7 +119,7 @@ void ShowLayers(Drawing& drawing, const std::vector<std::string>& names, bool sh
     for (std::size_t i = 0; i < document.NumLayers(); ++i) {
         bool isNamed = false;
         for (std::size_t n = 0; n < names.size(); ++n) {
-            if (!icompareW(AsMeant(document[i]->Name()), FromUtf8(names[n]))) continue;
+            if (!IsMeant(*document[i], names[n])) continue;
             isNamed = true;
             found[n] = true;
         }
@@ -140,7 +129,7 @@ void ShowLayers(Drawing& drawing, const std::vector<std::string>& names, bool sh
             document[i]->SetVisible(false);
     }
     for (std::size_t n = 0; n < names.size(); ++n)
-        if (!found[n]) Warn(drawing.File(), L"there is no layer " + FromUtf8(names[n]));
+        if (!found[n]) Warn(drawing.File(), NoSuchLayer(names[n]));
 }
 
 /// Sizes of nothing would make scales infinite, and so would those that doubles cannot tell apart.
@@ -156,8 +145,7 @@ double UsableHalf(double low, double high, double center)
 /// are brought back into it.
 View AroundOf(const View& box)
 {
-    constexpr double REACH = 1e300;
-    const auto usable = [REACH](double v) {
+    const auto usable = [](double v) {
         return std::clamp(v, -REACH, REACH);
     };
     const double x0 = usable(box.MinX());
@@ -272,7 +260,7 @@ int Render(const Options& options)
 
     View view;
     if (!options.view.empty()) {
-        view = *ViewOf(options.view);
+        view = *BoxOf(options.view);
     } else {
         view = ExtentsOf(drawing, options.plain);
         if (!view.IsValid()) Warn(in, L"there is nothing to draw");

@@ -66,10 +66,9 @@ std::optional<Map> ScaleOf(const std::string& text)
 Map MapOf(const CLI::App& command, const TransformOptions& options)
 {
     Map map;
-    std::map<const CLI::Option*, std::size_t> taken;
-    for (const CLI::Option* option : command.parse_order()) {
-        const auto step = options.steps.find(option);
-        if (step != options.steps.end()) map.Append(*step->second(option->results()[taken[option]++]));
+    for (const GivenStep& given : StepsInOrder(command)) {
+        const auto step = options.steps.find(given.option);
+        if (step != options.steps.end()) map.Append(*step->second(given.value));
     }
     return map;
 }
@@ -90,12 +89,8 @@ std::optional<std::wstring> Apply(Drawing& drawing, const Map& map, const std::v
 void AddStep(CLI::App& command, TransformOptions& options, const char* name, Step step, const char* form,
              const char* example, const char* help)
 {
-    CLI::Option* option = command.add_option_function<std::vector<std::string>>(
-        name, [](const std::vector<std::string>&) {}, help);
-    option->type_name(form)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
-        ->allow_extra_args(false)
-        ->check([step, example](const std::string& text) {
+    CLI::Option* option = AddStepOption(command, name, form, help);
+    option->check([step, example](const std::string& text) {
             return step(text) ? "" : text + " is not of the form of " + example;
         });
     options.steps.emplace(option, step);
