@@ -20,3 +20,14 @@ HALYARD_ALWAYS_INLINE void Prefetch([[maybe_unused]] const void* address, [[mayb
         __builtin_prefetch(static_cast<const char*>(address) + at);
 #endif
 }
+
+/// The same for memory that is about to be written.
+HALYARD_ALWAYS_INLINE void PrefetchForWriting([[maybe_unused]] const void* address,
+                                              [[maybe_unused]] std::size_t bytes)
+{
+#ifdef __GNUC__
+    constexpr std::size_t CACHE_LINE = 64;
+    for (std::size_t at = 0; at < bytes; at += CACHE_LINE)
+        __builtin_prefetch(static_cast<const char*>(address) + at, 1);
+#endif
+}

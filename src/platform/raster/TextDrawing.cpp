@@ -5,6 +5,7 @@
 
 #include "platform/CDC.h"
 #include "platform/FontPixels.h"
+#include "platform/Prefetch.h"
 #include "platform/raster/ContextSystem.h"
 #include "platform/raster/PolygonFill.h"
 #include "platform/raster/TextCache.h"
@@ -131,6 +132,11 @@ private:
         const auto firstRow = static_cast<int>(std::max<std::int64_t>(top, clip.top));
         const auto lastRow = static_cast<int>(std::min<std::int64_t>(top + image.height, clip.bottom));
         const auto start = static_cast<int>(left);
+        // Rows lie pages apart. This glyph's and the next one's are asked for together, not one after the
+        // other.
+        for (int y = firstRow; y < lastRow; ++y)
+            PrefetchForWriting(m_Canvas.At(std::max(start, clip.left), y),
+                               2 * sizeof(std::uint32_t) * static_cast<std::size_t>(image.width));
         for (int y = firstRow; y < lastRow; ++y) {
             const std::uint8_t* coverage = image.coverage.data() + (y - top) * image.width;
             m_Canvas.ForSpan(y, start, start + image.width, [&](int from, int to) {
