@@ -122,13 +122,13 @@ private:
     void AddHandle(int handle);
     ErrorString EndOfReading(int status);
     bool BrokeOff(const DXF& document) const;
-    void CountSkipped();
+    void CountSkipped(std::string_view name);
     void NoteHandle();
     void NoteSection();
     unsigned long TrueColor() const;
     DXFLayer* CurrentLayer(DXF& target);
     DXFLayer* TakeDocumentLayer(DXF& target, const std::wstring& name);
-    ErrorString AddEntity(DXF& target, DXFEntity* entity);
+    DXFEntity* AddEntity(DXF& target, DXFEntity* entity);
     void ReadLineAttributes(DXFLineBase* entity, DXF& document);
     template <class Entity>
     ErrorString ReadCorners(DXF& document);

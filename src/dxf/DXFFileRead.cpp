@@ -77,6 +77,14 @@ float FloatOf(std::string_view text)
     return static_cast<float>(std::clamp(ParseDouble(text), -LARGEST, LARGEST));
 }
 
+std::string UpperCase(std::string_view text)
+{
+    std::string upper(text);
+    for (char& c : upper)
+        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+    return upper;
+}
+
 bool SameName(std::string_view bytes, std::string_view upperCaseName)
 {
     return bytes.size() == upperCaseName.size()
@@ -231,9 +239,9 @@ constexpr std::array<std::wstring_view, 6> BACKGROUND = {L"HEADER",  L"CLASSES",
 
 } // namespace
 
-void DXFFile::CountSkipped()
+void DXFFile::CountSkipped(std::string_view name)
 {
-    const std::string_view name = m_Reader->Name();
+    if (name.empty()) return;
     if (std::any_of(STRUCTURE.begin(), STRUCTURE.end(), [name](auto n) { return SameName(name, n); })) return;
     const std::wstring& section = m_ReadState->section;
     if (std::find(BACKGROUND.begin(), BACKGROUND.end(), section) != BACKGROUND.end()) return;
@@ -259,7 +267,7 @@ void DXFFile::NoteSection()
     const std::string_view name = m_Reader->Name();
     if (SameName(name, "ENDSEC")) m_ReadState->section.clear();
     if (!SameName(name, "SECTION")) return;
-    m_ReadState->section = Widen(m_Reader->First(2));
+    m_ReadState->section = Widen(UpperCase(m_Reader->First(2)));
     if (!SameName(m_Reader->First(2), "HEADER")) return;
     m_ReadState->ownHeader = IsOwnHeader(*m_Reader);
     m_Release = HeaderVariable(*m_Reader, "$ACADVER");
@@ -293,7 +301,7 @@ ErrorString DXFFile::ProcessGroup(DXF& document)
         if (SameName(name, row.name)) return (this->*row.reader)(document);
     NoteSection();
     if (SameName(name, "SECTION") && SameName(m_Reader->First(2), "BLOCKS")) return ReadBlocks(document);
-    CountSkipped();
+    CountSkipped(m_Reader->Name());
     return true;
 }
 
@@ -305,7 +313,7 @@ ErrorString DXFFile::ReadBlocks(DXF& document)
     while (!!result && !m_ReadState->Stopped()) {
         if (!ReadNextGroup() || m_Reader->Name() == "ENDSEC") break;
         if (SameName(m_Reader->Name(), "BLOCK")) result = ReadBlock(document);
-        else CountSkipped();
+        else CountSkipped(m_Reader->Name());
     }
     --m_ReadState->blocksDepth;
     if (m_ReadState->blocksDepth == 0) m_ReadState->section.clear();
@@ -326,7 +334,9 @@ ErrorString DXFFile::ReadBlock(DXF& document)
     while (!m_ReadState->Stopped()) {
         if (ErrorString read = ReadNextGroup(); !read) return read;
         if (m_Reader->Name() == "ENDBLK") break;
-        if (!ProcessGroup(*inner)) CountSkipped();
+        // What fails may have read on, up to the last of its vertices.
+        const std::string name(m_Reader->Name());
+        if (!ProcessGroup(*inner)) CountSkipped(name);
     }
     return true;
 }
@@ -344,7 +354,7 @@ ErrorString DXFFile::ReadLayer(DXF& document)
     }
     const int value = ParseInt(m_Reader->First(62));
     const long long index = value < 0 ? -static_cast<long long>(value) : value;
-    layer->SetVisible(value >= 0);
+    if (value < 0) layer->SetVisible(false);
     layer->SetColor(DXFColor(index <= 255 ? static_cast<int>(index) : 0));
     if (m_Reader->Has(420)) layer->SetColor(TrueColor());
     if (m_Reader->Has(6)) layer->SetStyleStr(Widen(m_Reader->First(6)));
@@ -455,11 +465,10 @@ DXFLayer* DXFFile::TakeDocumentLayer(DXF& target, const std::wstring& name)
     return layer;
 }
 
-/// Hands a new entity to the layer that code 8 names, making it when missing.
-ErrorString DXFFile::AddEntity(DXF& target, DXFEntity* entity)
+/// Hands a new entity to the layer that code 8 names, making it when missing. Null, and the entity is gone, when there
+/// can be no such layer.
+DXFEntity* DXFFile::AddEntity(DXF& target, DXFEntity* entity)
 {
     DXFLayer* layer = CurrentLayer(target);
-    if (layer) target.AddTo(*layer, entity);
-    else target.Add(Widen(m_Reader->First(8)), entity, true);
-    return true;
+    return layer ? target.AddTo(*layer, entity) : target.Add(Widen(m_Reader->First(8)), entity, true);
 }

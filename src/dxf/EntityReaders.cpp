@@ -69,7 +69,8 @@ ErrorString DXFFile::ReadPoint(DXF& document)
     if (ErrorString read = ReadPoint(position, 0); !read) return read;
     auto point = std::make_unique<DXFPoint>(position);
     ReadColor(point.get(), document);
-    return AddEntity(document, point.release());
+    AddEntity(document, point.release());
+    return true;
 }
 
 ErrorString DXFFile::ReadLine(DXF& document)
@@ -81,7 +82,8 @@ ErrorString DXFFile::ReadLine(DXF& document)
     if (ErrorString read = ReadPoint(end, 1); !read) return read;
     auto line = std::make_unique<DXFLine>(start, end);
     ReadLineAttributes(line.get(), document);
-    return AddEntity(document, line.release());
+    AddEntity(document, line.release());
+    return true;
 }
 
 template <class Entity>
@@ -92,7 +94,8 @@ ErrorString DXFFile::ReadCorners(DXF& document)
     for (int corner = 0; corner < NUM_CORNERS; ++corner)
         if (ErrorString read = ReadPoint((*entity)[corner], corner); !read) return read;
     ReadColor(entity.get(), document);
-    return AddEntity(document, entity.release());
+    AddEntity(document, entity.release());
+    return true;
 }
 
 ErrorString DXFFile::ReadSolid(DXF& document)
@@ -112,7 +115,8 @@ ErrorString DXFFile::ReadCircle(DXF& document)
     if (ErrorString read = ReadPoint(center, 0); !read) return read;
     auto circle = std::make_unique<DXFCircle>(center, ParseDouble(m_Reader->First(40)), ExtrusionOf(*m_Reader));
     ReadLineAttributes(circle.get(), document);
-    return AddEntity(document, circle.release());
+    AddEntity(document, circle.release());
+    return true;
 }
 
 /// The file's angles run counter-clockwise from +x, the model's clockwise from +y: the ends change places.
@@ -125,7 +129,8 @@ ErrorString DXFFile::ReadArc(DXF& document)
     const double end = TrimAngle(90 - ParseDouble(m_Reader->First(50)));
     auto arc = std::make_unique<DXFArc>(center, ParseDouble(m_Reader->First(40)), start, end, ExtrusionOf(*m_Reader));
     ReadLineAttributes(arc.get(), document);
-    return AddEntity(document, arc.release());
+    AddEntity(document, arc.release());
+    return true;
 }
 
 void DXFFile::ReadLineAttributes(DXFLineBase* entity, DXF& document)
@@ -153,7 +158,8 @@ ErrorString DXFFile::ReadLWPolyline(DXF& document)
     entity->SetLWPolyLine(true);
     entity->SetElevation(elevation);
     ReadLineAttributes(entity.get(), document);
-    return AddEntity(document, entity.release());
+    AddEntity(document, entity.release());
+    return true;
 }
 
 /// Collects the vertices of one POLYLINE: a chain or ring of its own, or the faces of a polyface mesh.
@@ -245,7 +251,7 @@ ErrorString DXFFile::ReadVertices(PolylineBuilder& builder)
         else builder.AddFace(*m_Reader);
     }
     NoteSection();
-    CountSkipped();
+    CountSkipped(m_Reader->Name());
     return true;
 }
 
@@ -253,7 +259,7 @@ ErrorString DXFFile::ReadVertices(PolylineBuilder& builder)
 ErrorString DXFFile::ReadInsert(DXF& document)
 {
     if (m_Reader->First(2).empty() && !m_Reader->Has(10) && !m_Reader->Has(20)) {
-        CountSkipped();
+        CountSkipped(m_Reader->Name());
         return true;
     }
     if (ErrorString verified = VerifyGroupData({8}); !verified) return verified;
@@ -269,5 +275,6 @@ ErrorString DXFFile::ReadInsert(DXF& document)
     if (m_Reader->Has(45)) insert->SetColumnSpacing(NumberOf(*m_Reader, 45, 0));
     insert->SetDXF(m_ReadState->document);
     ReadColor(insert.get(), document);
-    return AddEntity(document, insert.release());
+    AddEntity(document, insert.release());
+    return true;
 }

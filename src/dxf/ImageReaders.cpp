@@ -40,14 +40,6 @@ void UndoRing(std::vector<GTL::Point2D<double>>& ring, double height)
     for (auto& corner : ring) corner.Y(height - corner.Y());
 }
 
-std::string UpperCase(std::string_view text)
-{
-    std::string upper(text);
-    for (char& c : upper)
-        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-    return upper;
-}
-
 /// Loads the file of a definition into an image, once for all images of the definition.
 void TakeFile(DXFImage& image, const std::wstring& fileName, const DXFImage* loaded)
 {
@@ -81,8 +73,10 @@ ErrorString DXFFile::ReadImage(DXF& document)
     if (polygon) UndoRing(boundary, points[3].Y());
     else UndoHalfPixels(boundary);
     image->SetClipBoundary(polygon ? DXFImage::CLIP_POLYGON : DXFImage::CLIP_RECTANGLE, std::move(boundary));
-    m_ReadState->imagesByDefinition.emplace(UpperCase(m_Reader->First(340)), image.get());
-    return AddEntity(document, image.release());
+    DXFImage* const waiting = image.get();
+    if (AddEntity(document, image.release()))
+        m_ReadState->imagesByDefinition.emplace(UpperCase(m_Reader->First(340)), waiting);
+    return true;
 }
 
 /// Definitions stand behind the images that use them; each image takes the first one of its handle.

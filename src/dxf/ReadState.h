@@ -37,5 +37,7 @@ struct DXFFile::ReadState {
 float FloatOf(std::string_view text);
 /// One byte to one character of the same value.
 std::wstring Widen(std::string_view bytes);
+/// The letters a to z as A to Z.
+std::string UpperCase(std::string_view text);
 /// Equal without regard to the case of A to Z.
 bool SameName(std::string_view bytes, std::string_view upperCaseName);

@@ -86,7 +86,8 @@ ErrorString DXFFile::ReadText(DXF& document)
     text->SetText(std::move(content));
     text->SetPosition(position);
     text->SetTextInfo(std::move(info));
-    return AddEntity(document, text.release());
+    AddEntity(document, text.release());
+    return true;
 }
 
 ErrorString DXFFile::ReadMText(DXF& document)
@@ -115,7 +116,8 @@ ErrorString DXFFile::ReadMText(DXF& document)
     text->SetPosition(position);
     text->SetTextInfo(std::move(info));
     if (ErrorString read = ReadTextBox(*text); !read) return read;
-    return AddEntity(document, text.release());
+    AddEntity(document, text.release());
+    return true;
 }
 
 /// The writer keeps the box of an MTEXT in a comment "YES" with its lower corner at base 7 and its upper at base 8.

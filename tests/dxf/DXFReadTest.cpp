@@ -205,8 +205,8 @@ TEST(DXFRead, ReadsLayersOfTheTable)
     Reading reading(Pairs("0 LAYER|2 Walls|62 -7|6 DOT|370 0|0 LAYER|2 WALLS|62 300|0 LAYER|2 B|62 1|420 255|0 EOF"));
     EXPECT_EQ(reading.document.NumLayers(), 3U);
     const DXFLayer& walls = *reading.document[L"Walls"];
-    EXPECT_TRUE(walls.IsVisible()); // the later entry of that name in another case is the same layer
-    EXPECT_EQ(walls.Color(), 0x000000UL);
+    EXPECT_FALSE(walls.IsVisible()); // only a number below 0 says anything of it
+    EXPECT_EQ(walls.Color(), 0x000000UL); // of the later entry: that name in another case is the same layer
     EXPECT_EQ(walls.Style(), 2);
     EXPECT_EQ(walls.Width(), 0.1F); // a layer takes widths above 0 only
     EXPECT_EQ(reading.document[L"B"]->Color(), 0xFF0000UL); // 255 is blue in 0x00RRGGBB
@@ -321,7 +321,7 @@ TEST(DXFRead, ReadsMultiLineTexts)
 TEST(DXFRead, FillsBlocksAndGivesInsertsTheDocument)
 {
     const std::string text = Pairs("0 LAYER|2 W|62 3|6 DOT|370 70|0 SECTION|2 BLOCKS|0 BLOCK|8 Plan|2 Door|70 2|10 1|20 2|30 3"
-                                   "|0 LINE|8 W|10 0|20 0|11 1|21 1|0 LINE|8 W|10 0|0 INSERT|8 0|2 Knob|10 0|20 0|0 ELLIPSE|8 0"
+                                   "|0 LINE|8 W|10 0|20 0|11 1|21 1|0 LINE|8 W|10 0|0 POLYLINE|8 W|0 VERTEX|10 1|0 INSERT|8 0|2 Knob|10 0|20 0|0 ELLIPSE|8 0"
                                    "|0 ENDBLK|8 0|0 ENDSEC")
                              + Entities("0 INSERT|8 A|2 Door|10 5|20 6|70 3|44 10|71 2|45 4|41 2|50 30|210 0|220 0|230 -1"
                                         "|0 ATTRIB|8 A|0 SEQEND|0 INSERT|8 A|62 7");
@@ -341,7 +341,7 @@ TEST(DXFRead, FillsBlocksAndGivesInsertsTheDocument)
     EXPECT_EQ(insert->Extrusion(), P(0, 0, -1));
     const auto* nested = dynamic_cast<const DXFInsert*>((*(*door->GetDXF())[L"0"])[0]);
     EXPECT_EQ(nested->DXF(), &reading.document);
-    const std::map<std::wstring, std::uint64_t> skipped = {{L"ATTRIB", 1}, {L"ELLIPSE", 1}, {L"INSERT", 1}, {L"LINE", 1}};
+    const std::map<std::wstring, std::uint64_t> skipped = {{L"ATTRIB", 1}, {L"ELLIPSE", 1}, {L"INSERT", 1}, {L"LINE", 1}, {L"POLYLINE", 1}};
     EXPECT_EQ(reading.file.Skipped(), skipped);
     // A block's own drawing knows nothing of the layer table, unless it is told to.
     const auto colorIn = [](DXF& document) {
@@ -391,6 +391,23 @@ TEST(DXFRead, GivesImagesTheirDefinitionsAndUndoesTheFormOfTheirBoundary)
     // The ring c, a, b, c with rows from the top is a, b, c with rows from below: y becomes 4 - y.
     Reading ring(Entities(image + "|71 2|91 4|14 3|24 0|14 1|24 3|14 2|24 3|14 3|24 0") + Pairs("0 IMAGEDEF|5 1A|1 x.tga"));
     EXPECT_EQ(ring.Only<DXFImage>(L"New")->ClipBoundary(), (std::vector<GTL::Point2D<double>>{{1, 1}, {2, 1}, {3, 4}}));
+}
+
+TEST(DXFRead, ForgetsAnImageThatNoLayerTakes)
+{
+    const std::string image = "0 IMAGE|8 A=B|10 1|20 2|11 .5|21 0|12 0|22 .5|13 8|23 4|340 1A";
+    const TempFile temp(".dxf", Entities(image) + Pairs("0 IMAGEDEF|5 1A|1 no.bmp"));
+    DXF document;
+    document.AddLayer(L"Last");
+    EXPECT_TRUE(static_cast<bool>(document.RemoveLayer(L"Last")));
+    EXPECT_TRUE(static_cast<bool>(document.Read(temp.Name(), GO, false)));
+    EXPECT_EQ(document.NumEntities(), 0);
+}
+
+TEST(DXFRead, CountsNothingOfSectionsThatShowNothingAsSkipped)
+{
+    Reading reading(Pairs("0 SECTION|2 objects|0 DICTIONARY|5 C|0 ENDSEC") + Entities("0 ELLIPSE|8 A"));
+    EXPECT_EQ(reading.file.Skipped(), (std::map<std::wstring, std::uint64_t>{{L"ELLIPSE", 1}}));
 }
 
 TEST(DXFRead, ReadsTheSameWithEitherLineEnd)
