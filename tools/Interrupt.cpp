@@ -25,6 +25,12 @@ void Interrupt::Install()
 {
     Take(SIGINT);
     Take(SIGTERM);
+#ifdef SIGHUP // the terminal is gone
+    Take(SIGHUP);
+#endif
+#ifdef SIGXFSZ // A file beyond the limit of its size fails to be written, as on a full disk.
+    std::signal(SIGXFSZ, SIG_IGN);
+#endif
 #ifdef SIGBREAK // Ctrl-Break, and the closing of the console
     Take(SIGBREAK);
 #endif

@@ -3,6 +3,7 @@
 #include "EditDrawing.h"
 #include "LayerNames.h"
 #include "Report.h"
+#include "model/DXFImage.h"
 #include "platform/FilePath.h"
 #include "platform/Utf8.h"
 
@@ -22,10 +23,21 @@ struct LayersOptions {
     std::map<const CLI::Option*, Step> steps;
 };
 
+/// Messages of several lines become one.
 Complaint ComplaintOf(const ErrorString& result)
 {
-    if (!result) return result.Text();
-    return std::nullopt;
+    if (!!result) return std::nullopt;
+    std::wstring text = result.Text();
+    while (text.ends_with(L'\n')) text.pop_back();
+    std::replace(text.begin(), text.end(), L'\n', L' ');
+    return text;
+}
+
+/// Images know the name of their layer.
+void TellImages(DXFLayer& layer)
+{
+    for (std::size_t i = 0; i < layer.NumEntities(); ++i)
+        if (auto* image = dynamic_cast<DXFImage*>(layer[i])) image->SetLayerName(layer.Name());
 }
 
 /// "A=B". The layer keeps its place in the drawing order.
@@ -43,6 +55,7 @@ Complaint Rename(Drawing& drawing, const std::string& text)
         return complaint;
     std::replace(order.begin(), order.end(), old, to);
     drawing.Document().SetLayerOrder(order);
+    if (DXFLayer* renamed = drawing.Document()[HashedString<wchar_t>(to)]) TellImages(*renamed);
     return std::nullopt;
 }
 
@@ -126,7 +139,7 @@ void AddLayers(CLI::App& program, int& status)
                     "  halyard layers --rename WALL=WALLS --front TEXT plan.dxf out.dxf");
     const auto options = std::make_shared<LayersOptions>();
     AddEditOptions(*command, options->edit);
-    AddStep(*command, *options, "--rename", Rename, "OLD=NEW", "Give a layer another name")->check(CheckRename);
+    AddStep(*command, *options, "--rename", Rename, "OLD=NEW", "Give a layer another name; it keeps its place")->check(CheckRename);
     AddStep(*command, *options, "--remove", Remove, "NAME", "Remove a layer with its entities");
     AddStep(*command, *options, "--front", ToFront, "NAME", "Draw a layer last, over all others");
     AddStep(*command, *options, "--back", ToBack, "NAME", "Draw a layer first, under all others");

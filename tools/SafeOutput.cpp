@@ -4,6 +4,7 @@
 #include "platform/Utf8.h"
 
 #include <filesystem>
+#include <optional>
 #include <random>
 
 namespace fs = std::filesystem;
@@ -32,6 +33,20 @@ std::string RandomDigits()
     return text;
 }
 
+/// The file that links lead to, whether it is there or not; none for links that lead around.
+std::optional<fs::path> Followed(fs::path path)
+{
+    constexpr int MOST_LINKS = 40;
+    std::error_code error;
+    for (int i = 0; i < MOST_LINKS; ++i) {
+        if (!fs::is_symlink(path, error)) return path;
+        const fs::path to = fs::read_symlink(path, error);
+        if (error) return std::nullopt;
+        path = path.parent_path() / to;
+    }
+    return std::nullopt;
+}
+
 bool IsWriteProtected(const fs::path& path)
 {
     constexpr fs::perms WRITE = fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
@@ -49,11 +64,9 @@ SafeOutput::~SafeOutput()
 
 std::optional<std::wstring> SafeOutput::Prepare()
 {
-    std::error_code notThere;
-    std::error_code broken;
-    fs::path target = PathOf(m_Target);
-    if (fs::is_symlink(target, notThere)) target = fs::weakly_canonical(target, broken);
-    if (broken) return L"is a link that leads nowhere";
+    const std::optional<fs::path> followed = Followed(PathOf(m_Target));
+    if (!followed) return L"is a link that leads nowhere";
+    const fs::path& target = *followed;
     m_Target = NameOf(target);
     if (FileSystem::IsFolder(m_Target)) return L"is a folder";
     if (FileSystem::Exists(m_Target) && !FileSystem::IsRegularFile(m_Target)) return L"is no regular file";

@@ -6,6 +6,7 @@
 #include "model/DXFLineBase.h"
 #include "model/DXFWriter.h"
 #include "platform/OutputFile.h"
+#include "support/DXFColor.h"
 
 #include <atomic>
 #include <cstdint>
@@ -173,6 +174,7 @@ private:
     void WriteFloat(double value, int index) { WriteReal(40 + index, value); }
     void WriteInt(int value, int index) { WriteInteger(70 + index, value); }
     void WriteAngle(double degrees, int index) { WriteReal(50 + index, degrees); }
+    void WriteColor(const DXFColor& color) { WriteColor(color.Index()); }
     void WriteColor(int index) { WriteInteger(62, index); }
     void WriteColor(unsigned long color);
     void WriteLayerName(const std::wstring& name) { WriteName(8, name); }

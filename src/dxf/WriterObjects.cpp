@@ -43,8 +43,9 @@ bool FindEntryName(const std::wstring& fileName, std::wstring_view& name)
 {
     const std::size_t backslash = fileName.rfind(L'\\');
     const std::size_t dot = fileName.rfind(L'.');
-    if (backslash == std::wstring::npos || dot == std::wstring::npos || dot < backslash) return false;
-    name = std::wstring_view(fileName).substr(backslash + 1, dot - backslash - 1);
+    if (backslash == std::wstring::npos || dot == std::wstring::npos) return false;
+    name = std::wstring_view(fileName).substr(backslash + 1);
+    if (dot > backslash) name = name.substr(0, dot - backslash - 1);
     return true;
 }
 
@@ -69,7 +70,6 @@ void DXFFile::PrepareImages(const DXF& document)
             FetchAhead(layer, k, entities, sizeof(DXFEntity));
             DXFImage* image = ImageOf(*layer[k]);
             if (!image) continue;
-            if (image->LayerName() != layer.Name()) image->SetLayerName(layer.Name());
             const auto found = definitions.find(image->FileName());
             DXFImageDef& definition = found != definitions.end() ? *found->second : AddImageDef(*image);
             definitions.emplace(definition.m_FileName, &definition);

@@ -2,6 +2,7 @@
 
 #include "model/DXFArc.h"
 #include "model/DXFCircle.h"
+#include "model/DXFImage.h"
 #include "model/DXFWriter.h"
 #include "model/InsertBlocks.h"
 #include "model/InsertPlacement.h"
@@ -242,7 +243,7 @@ void Explosion::Make(const DXFEntity& entity, const Map& map, DXFLayer* layer)
     ++m_Report.entities;
 }
 
-/// Gives an entity what it leaves to the layer that its block is inserted on.
+/// Gives an entity what it leaves to the layer that it is shown on.
 void Explosion::TakeAttributes(DXFEntity& entity, const DXFLayer& layer)
 {
     if (entity.Color() == DXFLayer::COLOR_OF_INSERT) {
@@ -253,6 +254,7 @@ void Explosion::TakeAttributes(DXFEntity& entity, const DXFLayer& layer)
             text->SetTextInfo(info);
         }
     }
+    if (auto* picture = dynamic_cast<DXFImage*>(&entity)) picture->SetLayerName(layer.Name());
     auto* line = dynamic_cast<DXFLineBase*>(&entity);
     if (!line) return;
     if (line->Style() == DXFLayer::STYLE_OF_INSERT) line->SetStyle(layer.Style());

@@ -377,6 +377,19 @@ TEST_F(DXFWriteEntities, ImagesShareADefinitionByTheirExactFileName)
     EXPECT_EQ(groups[19], "5     7f6");
 }
 
+TEST_F(DXFWriteEntities, ImagesKeepALayerNameOfTheirOwn)
+{
+    m_Drawing.Add(L"I", NewImage(L"a.bmp"), true);
+    auto* image = NewImage(L"b.bmp");
+    image->SetLayerName(L"Frames");
+    m_Drawing.Add(L"I", image, true);
+    const Rows groups = Write(0);
+    const std::vector<Rows> images = Objects(groups, "IMAGE");
+    ASSERT_EQ(images.size(), 2U);
+    EXPECT_EQ(Values(images[0], 8)[0] + " " + Values(images[1], 8)[0], "I Frames");
+    EXPECT_EQ(image->LayerName(), L"Frames");
+}
+
 TEST_F(DXFWriteEntities, ClipBoundariesGoToPixelRowsFromTheTop)
 {
     struct ClipCase {
@@ -415,7 +428,8 @@ TEST_F(DXFWriteEntities, ImageEntriesAreNamedByWhatStandsBetweenBackslashAndFull
         m_Drawing.Add(NewImage(name));
     const std::vector<Rows> dictionaries = Objects(Write(), "DICTIONARY");
     ASSERT_EQ(dictionaries.size(), 4U);
-    EXPECT_EQ(Values(dictionaries[3], 3), Rows{""}) << "only the last has both, in this order";
+    // The first has no full stop at all; where it stands before the backslash, there is none to end the name.
+    EXPECT_EQ(Values(dictionaries[3], 3), (Rows{"a", "b", ""}));
     EXPECT_EQ(Values(dictionaries[3], 350).size(), 4U);
 }
 

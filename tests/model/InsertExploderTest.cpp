@@ -307,6 +307,7 @@ TEST(InsertExploder, TextsAndImagesAreTurnedAndScaled)
     ExpectNear(picture.UVector(), {0, 1, 0});
     ExpectNear(picture.VVector(), {-0.5, 0, 0});
     EXPECT_EQ(picture.Width(), 8);
+    EXPECT_EQ(picture.LayerName(), L"0");
 }
 
 /// An insert of a block and what the matrices say about it.
