@@ -13,7 +13,7 @@
 /// How a drawing is to be read.
 struct ReadOptions {
     /// Entities of blocks take what they do not say themselves from the drawing's layers, as other programs
-    /// have it.
+    /// have it, and entities of the plane are taken from object coordinates to the world.
     bool blocksUseLayers = false;
     /// Models become drawings in this way; without it they are refused.
     std::optional<ModelOptions> models = {};

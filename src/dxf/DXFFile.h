@@ -14,6 +14,7 @@
 #include <list>
 #include <map>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -67,6 +68,11 @@ public:
     /// layer "0" they get the marks of DXFLayer::COLOR_OF_INSERT and its like, which InsertExploder replaces. Off when
     /// new: a block's own drawing then knows nothing of the document's layers.
     void SetBlocksUseDocumentLayers(bool use) { m_BlocksUseDocumentLayers = use; }
+    /// When set, polylines of the plane, solids and TEXTs with an extrusion other than (0, 0, 1) are taken from their
+    /// object coordinates to the world while they are read, by the arbitrary axis rule of the published DXF format: their
+    /// entities have no extrusion of their own. Bulges in an inclined plane give way to vertices. Off when new:
+    /// coordinates are then kept as they stand.
+    void SetExtrusionsToWorld(bool take) { m_ExtrusionsToWorld = take; }
 
     /// About the last reading.
     ENDING Ending() const { return m_Ending; }
@@ -105,6 +111,7 @@ public:
 
 private:
     using P3 = GTL::Point3D<double>;
+    using Map = GTL::Transformation<P3>;
 
     // Reading: sections and shared readers (DXFFileRead.cpp)
     ErrorString ReadHead();
@@ -129,10 +136,12 @@ private:
     unsigned long TrueColor() const;
     DXFLayer* CurrentLayer(DXF& target);
     DXFLayer* TakeDocumentLayer(DXF& target, const std::wstring& name);
+    std::optional<Map> MapToWorld() const;
+    std::unique_ptr<DXFEntity> Mapped(std::unique_ptr<DXFEntity> entity, const std::optional<Map>& map);
     DXFEntity* AddEntity(DXF& target, DXFEntity* entity);
     void ReadLineAttributes(DXFLineBase* entity, DXF& document);
     template <class Entity>
-    ErrorString ReadCorners(DXF& document);
+    ErrorString ReadCorners(DXF& document, const std::optional<Map>& toWorld);
     class PolylineBuilder;
     ErrorString ReadVertices(PolylineBuilder& builder);
     ErrorString ReadTextBox(TextEntity& text);
@@ -226,6 +235,7 @@ private:
     std::map<std::wstring, std::uint64_t> m_Skipped;
     int m_HandleSeed = 0;
     bool m_BlocksUseDocumentLayers = false;
+    bool m_ExtrusionsToWorld = false;
 
     // Writer state
     OutputFile m_Output;

@@ -9,6 +9,8 @@
 #include "model/DXFPoint.h"
 #include "model/DXFPolygon.h"
 #include "model/DXFSolid.h"
+#include "model/EntityPlacement.h"
+#include "model/InsertPlacement.h"
 #include "support/NumberText.h"
 
 #include <algorithm>
@@ -19,6 +21,7 @@ namespace {
 // Flags of POLYLINE (70) and of its VERTEX objects (70).
 constexpr int POLYLINE_CLOSED = 1;
 constexpr int POLYLINE_POLYFACE = 64;
+constexpr int POLYLINE_OF_SPACE = 8 | 16 | POLYLINE_POLYFACE; ///< 3D polylines and meshes: no object coordinates
 constexpr int VERTEX_MESH_POSITION = 64;
 constexpr int VERTEX_POLYFACE = 128;
 
@@ -62,6 +65,29 @@ constexpr int NUM_CORNERS = 4;
 
 } // namespace
 
+/// From the object coordinates of the current object to the world; none where they are the same, or are not looked at.
+std::optional<DXFFile::Map> DXFFile::MapToWorld() const
+{
+    if (!m_ExtrusionsToWorld) return std::nullopt;
+    const GTL::Vector3D<double> extrusion = ExtrusionOf(*m_Reader);
+    if (extrusion == GTL::Vector3D<double>(0, 0, 1)) return std::nullopt;
+    return ObjectToWorld(extrusion);
+}
+
+/// The entity, or its image where there is a map. Chords in place of bulges have their limit in all.
+std::unique_ptr<DXFEntity> DXFFile::Mapped(std::unique_ptr<DXFEntity> entity, const std::optional<Map>& map)
+{
+    if (!map) return entity;
+    EntityPlacement placement;
+    std::unique_ptr<DXFEntity> image = placement(*entity, *map, m_ReadState->pointsLeft);
+    if (!image) {
+        entity->Transform(*map);
+        return entity;
+    }
+    m_ReadState->pointsLeft -= placement.Points();
+    return image;
+}
+
 ErrorString DXFFile::ReadPoint(DXF& document)
 {
     if (ErrorString verified = VerifyGroupData({8}); !verified) return verified;
@@ -87,12 +113,13 @@ ErrorString DXFFile::ReadLine(DXF& document)
 }
 
 template <class Entity>
-ErrorString DXFFile::ReadCorners(DXF& document)
+ErrorString DXFFile::ReadCorners(DXF& document, const std::optional<Map>& toWorld)
 {
     if (ErrorString verified = VerifyGroupData({8}); !verified) return verified;
     auto entity = std::make_unique<Entity>();
     for (int corner = 0; corner < NUM_CORNERS; ++corner)
         if (ErrorString read = ReadPoint((*entity)[corner], corner); !read) return read;
+    if (toWorld) entity->Transform(*toWorld);
     ReadColor(entity.get(), document);
     AddEntity(document, entity.release());
     return true;
@@ -100,12 +127,12 @@ ErrorString DXFFile::ReadCorners(DXF& document)
 
 ErrorString DXFFile::ReadSolid(DXF& document)
 {
-    return ReadCorners<DXFSolid>(document);
+    return ReadCorners<DXFSolid>(document, MapToWorld());
 }
 
 ErrorString DXFFile::Read3dFace(DXF& document)
 {
-    return ReadCorners<DXF3dFace>(document);
+    return ReadCorners<DXF3dFace>(document, std::nullopt);
 }
 
 ErrorString DXFFile::ReadCircle(DXF& document)
@@ -158,7 +185,7 @@ ErrorString DXFFile::ReadLWPolyline(DXF& document)
     entity->SetLWPolyLine(true);
     entity->SetElevation(elevation);
     ReadLineAttributes(entity.get(), document);
-    AddEntity(document, entity.release());
+    AddEntity(document, Mapped(std::move(entity), MapToWorld()).release());
     return true;
 }
 
@@ -222,6 +249,7 @@ ErrorString DXFFile::ReadPolyline(DXF& document)
     const bool ring = (flags & POLYLINE_CLOSED) && !(flags & POLYLINE_POLYFACE);
     auto entity = ring ? std::make_unique<DXFPolygon>() : std::make_unique<DXFPolyline>();
     ReadLineAttributes(entity.get(), document);
+    const auto toWorld = flags & POLYLINE_OF_SPACE ? std::nullopt : MapToWorld();
     DXFLayer* layer = CurrentLayer(document);
     const std::wstring layerName = layer ? std::wstring() : Widen(m_Reader->First(8));
 
@@ -230,8 +258,9 @@ ErrorString DXFFile::ReadPolyline(DXF& document)
     if (!result) return result;
     builder.Finish();
     for (auto& complete : builder.Complete()) {
-        if (layer) document.AddTo(*layer, complete.release());
-        else document.Add(layerName, complete.release(), true);
+        DXFEntity* const placed = Mapped(std::move(complete), toWorld).release();
+        if (layer) document.AddTo(*layer, placed);
+        else document.Add(layerName, placed, true);
     }
     return true;
 }

@@ -25,6 +25,7 @@ struct DXFFile::ReadState {
     LayersByBytes layers;                       ///< by the bytes of code 8
     LayersByBytes::value_type* lastLayer = nullptr;
     std::unordered_multimap<std::string, DXFImage*> imagesByDefinition; ///< images that wait for their definition
+    std::uint64_t pointsLeft = 10'000'000;      ///< that entities taken to the world may have in all
     std::wstring folder;                        ///< of the drawing
     std::wstring section;                       ///< value of code 2 of the section that reading is in
     int blocksDepth = 0;                        ///< BLOCKS sections within one another

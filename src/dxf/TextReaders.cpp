@@ -86,7 +86,7 @@ ErrorString DXFFile::ReadText(DXF& document)
     text->SetText(std::move(content));
     text->SetPosition(position);
     text->SetTextInfo(std::move(info));
-    AddEntity(document, text.release());
+    AddEntity(document, Mapped(std::move(text), MapToWorld()).release());
     return true;
 }
 

@@ -148,6 +148,28 @@ std::unique_ptr<Kind> LookingLike(std::unique_ptr<Kind> image, const DXFLineBase
     return image;
 }
 
+/// Of a text whose image is mirrored: it covers the same area, but reads from left to right, or upwards. One that would
+/// read the other way is turned round and justified from its other end, others hang from the other side of their line.
+void KeepReadable(TextEntity& text)
+{
+    using T = TextInfo;
+    static constexpr std::array FROM_OTHER_END = {
+        T::BOTTOM_RIGHT, T::BOTTOM_CENTER, T::BOTTOM_LEFT,   T::MIDDLE_LEFT,    T::TOP_LEFT,        T::TOP_CENTER,
+        T::TOP_RIGHT,    T::MIDDLE_RIGHT,  T::MIDDLE_CENTER, T::BASELINE_RIGHT, T::BASELINE_CENTER, T::BASELINE_LEFT};
+    static constexpr std::array FROM_OTHER_SIDE = {
+        T::TOP_LEFT,    T::TOP_CENTER,  T::TOP_RIGHT,     T::MIDDLE_RIGHT, T::BOTTOM_RIGHT, T::BOTTOM_CENTER,
+        T::BOTTOM_LEFT, T::MIDDLE_LEFT, T::MIDDLE_CENTER, T::TOP_LEFT,     T::TOP_CENTER,   T::TOP_RIGHT};
+    constexpr double UPRIGHT = 1e-9;
+    TextInfo info = text.GetTextInfo();
+    const auto justification = static_cast<std::size_t>(info.Justification());
+    if (justification >= FROM_OTHER_END.size()) return;
+    const double right = info.Rotation().Cos();
+    const bool readsBack = right < -UPRIGHT || (right <= UPRIGHT && info.Rotation().Sin() > 0);
+    if (readsBack) info.SetRotation(info.Rotation() + Angle(180));
+    info.SetJustification((readsBack ? FROM_OTHER_END : FROM_OTHER_SIDE)[justification]);
+    text.SetTextInfo(info);
+}
+
 /// The arc's image under a map that keeps angles: bearings turn with the image of +y.
 GTL::Arc<P> ArcImage(const GTL::Arc<P>& arc, const P& center, const Plane& plane)
 {
@@ -253,14 +275,21 @@ void EntityPlacement::Write(const DXF3dFace& face)
     Transformed(face, 0);
 }
 
-void EntityPlacement::Write(const DXFText& text)
+/// A text has no mark for being mirrored.
+void EntityPlacement::PlaceText(const TextEntity& text)
 {
     Transformed(text, text.Text().size() / CHARACTERS_PER_POINT);
+    if (m_Image && Plane(m_Map).mirrors) KeepReadable(static_cast<TextEntity&>(*m_Image));
+}
+
+void EntityPlacement::Write(const DXFText& text)
+{
+    PlaceText(text);
 }
 
 void EntityPlacement::Write(const DXFMText& text)
 {
-    Transformed(text, text.Text().size() / CHARACTERS_PER_POINT);
+    PlaceText(text);
 }
 
 void EntityPlacement::Write(const DXFImage& image)

@@ -9,6 +9,7 @@
 #include <vector>
 
 class DXFLineBase;
+class TextEntity;
 
 /// Makes an entity's image under an affine map, in the kind that can hold it.
 ///
@@ -17,7 +18,8 @@ class DXFLineBase;
 /// circles and arcs of extrusion (0, 0, 1), and a map that mirrors exchanges the ends of an arc; otherwise
 /// they become a closed polygon or an open polyline that ends where the arc does. Bulges of polylines are
 /// kept (negated by a map that mirrors) or give way to vertices likewise. Style, width and colour stay.
-/// Inserts have no image here.
+/// A text that is mirrored covers the same area and stays readable: it is justified from its other end or
+/// side. Inserts have no image here.
 class HALYARD_API EntityPlacement : private DXFWriter {
 public:
     using Map = GTL::Transformation<GTL::Point3D<double>>;
@@ -65,6 +67,7 @@ private:
     void Transformed(const Kind& entity, std::uint64_t points);
     template <class Kind>
     void PlacePolyline(const Kind& source, bool closed);
+    void PlaceText(const TextEntity& text);
     bool TakeRoom(std::uint64_t points);
 
     Map m_Map;

@@ -8,6 +8,7 @@
 #include "model/DXFLine.h"
 #include "model/DXFMText.h"
 #include "model/DXFPolygon.h"
+#include "model/DXFSolid.h"
 #include "model/DXFText.h"
 #include "model/InsertExploder.h"
 
@@ -40,10 +41,11 @@ struct Reading {
     DXFFile file;
     ErrorString result = true;
 
-    explicit Reading(const std::string& text, bool clearAll = true, bool documentLayers = false)
+    explicit Reading(const std::string& text, bool clearAll = true, bool documentLayers = false, bool toWorld = false)
     {
         const TempFile temp(".dxf", text);
         file.SetBlocksUseDocumentLayers(documentLayers);
+        file.SetExtrusionsToWorld(toWorld);
         result = file.Read(temp.Name(), document, GO, clearAll);
     }
     template <class Entity>
@@ -264,6 +266,30 @@ TEST(DXFRead, MakesAPolygonOfEachFaceOfAMesh)
     EXPECT_EQ((*first)[1], P(1, 1));
     EXPECT_EQ(second->NumPoints(), 2);
     EXPECT_EQ((*second)[0], P(3, 9));
+}
+
+TEST(DXFRead, TakesEntitiesOfThePlaneToTheWorldWhenTold)
+{
+    const std::string below = "|210 0|220 0|230 -1";
+    const std::string list = "0 LWPOLYLINE|8 A|38 5|10 1|20 2|42 1|10 3|20 2" + below + "|0 SOLID|8 A|10 1|20 2|11 3|21 2|12 1|22 4|13 1|23 4"
+                             + below + "|0 TEXT|8 A|10 1|20 2|40 1|1 T" + below + "|0 POLYLINE|8 A|70 8" + below
+                             + "|0 VERTEX|8 A|10 1|20 2|0 SEQEND|0 POLYLINE|8 A" + below + "|0 VERTEX|8 A|10 1|20 2|0 SEQEND";
+    // By the arbitrary axis rule the axes of (0, 0, -1) are (-1, 0, 0) and (0, 1, 0).
+    Reading reading(Entities(list), true, false, true);
+    const DXFLayer& layer = *reading.document[L"A"];
+    ASSERT_EQ(layer.NumEntities(), 5U);
+    const auto verticesOf = [&](std::size_t i) { return dynamic_cast<const DXFPolyline&>(*layer[i]).GetPoly().Vertices(); };
+    EXPECT_EQ(verticesOf(0), (std::vector{P(-1, 2, -5, -1), P(-3, 2, -5)}));
+    EXPECT_EQ(dynamic_cast<const DXFSolid&>(*layer[1])[1], P(-3, 2));
+    EXPECT_EQ(layer[1]->Extents().MinPnt(), P(-3, 2));
+    const auto& text = dynamic_cast<const DXFText&>(*layer[2]);
+    EXPECT_EQ(text.Position(), P(-1, 2));
+    EXPECT_EQ(text.GetTextInfo().Justification(), TextInfo::BASELINE_RIGHT) << "it ends where it began, read from the other side";
+    EXPECT_NEAR(text.GetTextInfo().Rotation().Get(), 0, 1e-9);
+    EXPECT_EQ(verticesOf(3), std::vector{P(1, 2)}) << "a polyline of space has world coordinates";
+    EXPECT_EQ(verticesOf(4), std::vector{P(-1, 2)});
+    Reading asItStands(Entities(list));
+    EXPECT_EQ(dynamic_cast<const DXFPolyline&>(*(*asItStands.document[L"A"])[0]).GetPoly().Vertices()[1], P(3, 2, 5));
 }
 
 TEST(DXFRead, ReadsTexts)

@@ -310,6 +310,36 @@ TEST(InsertExploder, TextsAndImagesAreTurnedAndScaled)
     EXPECT_EQ(picture.LayerName(), L"0");
 }
 
+TEST(InsertExploder, MirroredTextsCoverTheSameAreaAndReadOnwards)
+{
+    // Turned by so much clockwise, in each justification that has a line of its own for it.
+    for (const double rotation : {0.0, 30.0, 90.0, 200.0, 270.0})
+        for (int justification = TextInfo::BOTTOM_LEFT; justification <= TextInfo::MIDDLE_CENTER; ++justification)
+            for (const GTL::Point3D<double>& mirror : {GTL::Point3D<double>{-1, 1, 1}, GTL::Point3D<double>{1, -1, 1}}) {
+                Drawing d;
+                auto* text = new DXFText;
+                text->SetText(L"Hall 12");
+                text->SetPosition({3, 1, 0});
+                TextInfo info;
+                info.SetSize(2);
+                info.SetRotation(Angle(rotation));
+                info.SetJustification(static_cast<TextInfo::JUSTIFICATION>(justification));
+                text->SetTextInfo(info);
+                const GTL::Extents3D<double> box = text->Extents();
+                d.Block(L"B", {}).Add(L"0", text, true);
+                d.Insert(L"B", {}).SetScale(mirror);
+                d.Explode();
+                const auto& shown = dynamic_cast<const DXFText&>(*(*d.document[L"0"])[0]);
+                GTL::Extents3D<double> mirrored;
+                for (const auto& corner : {box.MinPnt(), box.MaxPnt()})
+                    mirrored.Update({corner.X() * mirror.X(), corner.Y() * mirror.Y(), 0});
+                ExpectNear(shown.Extents().MinPnt(), mirrored.MinPnt());
+                ExpectNear(shown.Extents().MaxPnt(), mirrored.MaxPnt());
+                const Angle read = shown.GetTextInfo().Rotation();
+                EXPECT_GE(read.Cos(), -1e-9) << rotation;
+            }
+}
+
 /// An insert of a block and what the matrices say about it.
 struct Shown {
     const DXFEntity* entity;
