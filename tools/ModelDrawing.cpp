@@ -159,8 +159,7 @@ void Draw3DS(const std::wstring& file, const ModelOptions& options, DXF& documen
         reading.complaint = L"cannot be read as a 3DS model";
         return;
     }
-    if (IsCutShort(file))
-        reading.warnings.push_back(L"the file ends before the model does; it may have been cut short");
+    reading.warnings = FileWarnings3DS(file);
     Drawer3DS drawer(model, options.metresPerUnit, document);
     for (const t3DObject& object : model.objects) drawer.Draw(object);
     drawer.Warn(reading.warnings);
@@ -244,6 +243,12 @@ ModelReading DrawModel(const std::wstring& file, MODEL kind, const ModelOptions&
     ModelReading reading;
     (kind == MODEL::IN_3DS ? Draw3DS : DrawSketchUp)(file, options, document, reading);
     return reading;
+}
+
+std::vector<std::wstring> FileWarnings3DS(const std::wstring& file)
+{
+    if (!IsCutShort(file)) return {};
+    return {L"the file ends before the model does; it may have been cut short"};
 }
 
 std::wstring LoadSketchUp(const std::wstring& file, double metresPerUnit, SketchUpModel& model)

@@ -26,6 +26,9 @@ struct ModelReading {
 /// layer for each colour. Ends early when the user stops it.
 ModelReading DrawModel(const std::wstring& file, MODEL kind, const ModelOptions& options, DXF& document);
 
+/// What there is to warn of in a 3DS file that was read, each as a clause that follows its name.
+std::vector<std::wstring> FileWarnings3DS(const std::wstring& file);
+
 /// Reads a SketchUp file. Otherwise says why not, in a clause that follows the file's name.
 class SketchUpModel;
 std::wstring LoadSketchUp(const std::wstring& file, double metresPerUnit, SketchUpModel& model);

@@ -38,10 +38,25 @@ std::string Head(const std::wstring& file, const std::vector<std::pair<std::stri
     return Printable(file) + "\n" + table.Text("  ");
 }
 
+Json WarningsJson(const std::vector<std::wstring>& warnings)
+{
+    Json json = Json::array();
+    for (const std::wstring& warning : warnings) json.push_back(ToUtf8(warning));
+    return json;
+}
+
+std::string WarningsText(const std::vector<std::wstring>& warnings)
+{
+    std::string text = warnings.empty() ? "" : "\nWarnings\n";
+    for (const std::wstring& warning : warnings) text += "  " + Printable(warning) + "\n";
+    return text;
+}
+
 /// What there is to say about a 3DS model.
 class Info3DS {
 public:
-    Info3DS(const std::wstring& file, const t3DModel& model) : m_File(file), m_Model(model)
+    Info3DS(const std::wstring& file, const t3DModel& model)
+        : m_File(file), m_Model(model), m_Warnings(FileWarnings3DS(file))
     {
         for (const t3DObject& object : model.objects) {
             m_Vertices += object.numOfVerts;
@@ -67,6 +82,7 @@ public:
             json["materials"].push_back({{"name", ToUtf8(ModelText(material.strName))},
                                          {"color", ColorText(ModelColor(material.color))},
                                          {"texture", ToUtf8(ModelText(material.strFile))}});
+        json["warnings"] = WarningsJson(m_Warnings);
         return json;
     }
     std::string InText() const
@@ -77,7 +93,7 @@ public:
                              {"materials", std::to_string(m_Model.materials.size())},
                              {"vertices", std::to_string(m_Vertices)},
                              {"faces", std::to_string(m_Faces)}})
-               + ObjectsText() + MaterialsText();
+               + ObjectsText() + MaterialsText() + WarningsText(m_Warnings);
     }
 
 private:
@@ -120,6 +136,7 @@ private:
 
     const std::wstring& m_File;
     const t3DModel& m_Model;
+    std::vector<std::wstring> m_Warnings;
     long long m_Vertices = 0;
     long long m_Faces = 0;
     GTL::Extents3D<double> m_Bounds;
@@ -157,6 +174,7 @@ int ShowSketchUp(const std::wstring& file, bool json)
         found["colors"] = Json::array();
         for (const auto& [color, faces] : facesByColor)
             found["colors"].push_back({{"color", ColorText(color)}, {"faces", faces}});
+        found["warnings"] = Json::array();
         return Show(found);
     }
     TextTable table({TextTable::LEFT, TextTable::RIGHT});

@@ -74,6 +74,7 @@ TEST_F(ModelCommand, InfoTellsWhatIsIn3ds)
         {"materials",
          {{{"name", "red"}, {"color", "#ff0000"}, {"texture", ""}},
           {{"name", "blue"}, {"color", "#0000ff"}, {"texture", "B.JPG"}}}},
+        {"warnings", json::array()},
     };
     EXPECT_EQ(Info("house.3ds"), expected);
     const Outcome text = Halyard("info house.3ds");
@@ -82,6 +83,7 @@ TEST_F(ModelCommand, InfoTellsWhatIsIn3ds)
          {"  format     3DS model\n", "  extents    (0, 0, 3) to (1, 1, 3)\n", "  faces      4\n",
           "  wall           4      2  blue\n", "  blue  #0000ff  B.JPG\n"})
         EXPECT_NE(text.out.find(line), std::string::npos) << line << "is missing in\n" << text.out;
+    EXPECT_EQ(text.out.find("Warnings"), std::string::npos);
 }
 
 TEST_F(ModelCommand, FacesOf3dsBecome3dFacesOnALayerForEachObject)
@@ -123,8 +125,11 @@ TEST_F(ModelCommand, WhatCannotBeDrawnIsCounted)
         << convert.err;
     EXPECT_EQ(Dump("odd.dxf").size(), 1U);
 
+    const std::string warning = "the file ends before the model does; it may have been cut short";
     Write("short.3ds", House().substr(0, 300));
-    EXPECT_NE(Halyard("convert short.3ds short.dxf").err.find("cut short"), std::string::npos);
+    EXPECT_EQ(Halyard("convert short.3ds short.dxf").err, "halyard: short.3ds: warning: " + warning + "\n");
+    EXPECT_EQ(Info("short.3ds")["warnings"], json::array({warning}));
+    EXPECT_NE(Halyard("info short.3ds").out.find("\nWarnings\n  " + warning + "\n"), std::string::npos);
 }
 
 TEST_F(ModelCommand, LayersHaveNamesThatLayersCanHave)
