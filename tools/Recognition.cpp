@@ -3,6 +3,7 @@
 #include "platform/InputFile.h"
 
 #include <algorithm>
+#include <cstdint>
 
 using namespace std::string_view_literals;
 
@@ -66,8 +67,17 @@ bool IsBmp(std::string_view bytes)
     return bytes.starts_with("BM") && bytes.substr(0, 10).ends_with("\0\0\0\0"sv);
 }
 
-/// A main chunk and in it one of the chunks that stand there. Where the length could be the mark of TIFF, the
-/// chunk that most files have first.
+/// The length that a 3DS chunk states behind its id.
+std::uint32_t ChunkLength(std::string_view chunk)
+{
+    std::uint32_t length = 0;
+    for (std::size_t i = 6; i-- > 2;) length = length << 8 | static_cast<unsigned char>(chunk[i]);
+    return length;
+}
+
+/// A main chunk and in it any chunk that fits. One of those that stand there in most files is enough, so that
+/// a file that is cut or states a wrong length is known too; but where the length could be the mark of TIFF,
+/// with a place in the file behind it, both are asked for.
 bool Is3ds(std::string_view bytes)
 {
     constexpr std::size_t HEADER_SIZE = 6;
@@ -75,10 +85,15 @@ bool Is3ds(std::string_view bytes)
                                              "\0\x41"sv, "\xFF\xAF"sv, "\0\xB0"sv};
     if (!bytes.starts_with("MM") || bytes.size() < HEADER_SIZE) return false;
     const std::string_view child = bytes.substr(HEADER_SIZE);
-    if (bytes.starts_with("MM\0*"sv)) return child.starts_with("\x02\0\x0A\0\0\0"sv);
-    return child.empty() || std::any_of(std::begin(CHILDREN), std::end(CHILDREN), [child](auto id) {
-               return child.starts_with(id);
-           });
+    const bool isKnown = std::any_of(std::begin(CHILDREN), std::end(CHILDREN),
+                                     [child](auto id) { return child.starts_with(id); });
+    const std::uint32_t length = ChunkLength(bytes);
+    const bool fits = child.size() >= HEADER_SIZE && length >= HEADER_SIZE
+                      && ChunkLength(child) >= HEADER_SIZE && ChunkLength(child) <= length - HEADER_SIZE;
+    if (bytes.starts_with("MM\0*"sv)) return isKnown && fits;
+    // Read as lengths, the words of a text could fit.
+    return child.empty() || isKnown
+           || (fits && bytes.substr(0, 2 * HEADER_SIZE).find('\0') != std::string_view::npos);
 }
 
 /// Every second byte of the first few is 0: text in two bytes a character without a mark.

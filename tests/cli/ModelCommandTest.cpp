@@ -200,14 +200,48 @@ TEST_F(ModelCommand, ModelsAndDrawingsAreToldApartByTheirBytes)
     for (const char* units : {"0", "-1", "nan", "inf", "feet"})
         EXPECT_EQ(Halyard("convert model.dxf out.dxf --units " + std::string(units)).status, 2) << units;
     EXPECT_FALSE(std::filesystem::exists(m_Folder / "out.dxf"));
+}
 
-    // A length of 0x2A00 looks like the mark of TIFF; the version's chunk tells.
+TEST_F(ModelCommand, MainChunksAreKnownByAnyChunkThatFits)
+{
     const std::string version = Chunk(0x0002, U32(3));
-    Write("large.3ds",
-          Chunk(0x4D4D, version + Chunk(0x7777, std::string(0x2A00 - 6 - 6 - version.size(), 'x'))));
-    EXPECT_EQ(Info("large.3ds")["format"], "3ds");
-    Write("tiff", std::string("MM\0*\0\0\0\x8", 8) + std::string(40, '\0'));
-    EXPECT_NE(Halyard("info tiff").err.find("TIFF picture"), std::string::npos);
+    // A length of 0x2A00 looks like the mark of TIFF.
+    const auto likeTiff = [](unsigned first) {
+        return Chunk(0x4D4D, Chunk(first, std::string(0x2A00 - 6 - 6, 'x')));
+    };
+    struct {
+        const char* what;
+        std::string bytes;
+        const char* refusal; ///< none: it is a 3DS model
+    } const rows[] = {
+        {"no chunk", Chunk(0x4D4D, ""), nullptr},
+        {"an unknown one first", Chunk(0x4D4D, Chunk(0x0100, U32(7)) + version), nullptr},
+        {"an unknown one alone, with nothing in it", Chunk(0x4D4D, Chunk(0x1234, "")), nullptr},
+        {"cut within an unknown one", Header(0x4D4D, 1000) + Header(0x1234, 994), nullptr},
+        {"an unknown one that is too long", Header(0x4D4D, 1000) + Header(0x1234, 995), "of a kind"},
+        {"an unknown one that is too short", Header(0x4D4D, 1000) + Header(0x1234, 5), "of a kind"},
+        {"an unknown one within too little", Header(0x4D4D, 5) + Header(0x1234, 6), "of a kind"},
+        {"an unknown one that is cut", Header(0x4D4D, 1000) + U16(0x1234), "of a kind"},
+        {"a known one that is cut", Header(0x4D4D, 1000) + U16(0xAFFF), nullptr},
+        {"a known one within too little", Header(0x4D4D, 0) + version, nullptr},
+        {"version, as long as TIFF", likeTiff(0x0002), nullptr},
+        {"editor, as long as TIFF", likeTiff(0x3D3D), nullptr},
+        {"an unknown one, as long as TIFF", likeTiff(0x1234), "TIFF picture"},
+        {"TIFF", std::string("MM\0*\0\0\0\x8", 8) + std::string(40, '\0'), "TIFF picture"},
+        // As 3DS: a version in 0x2A00 bytes, 0xFFFFFFFF long.
+        {"TIFF with its directory at 0x200, white before it",
+         std::string("MM\0*\0\0\2\0", 8) + std::string(600, '\xFF'), "TIFF picture"},
+        // As 3DS: a chunk of 0x20726F66 bytes in one of 0x656D6D75.
+        {"text", "MMummer for mer\n", "is text"},
+    };
+    for (const auto& row : rows) {
+        Write("m", row.bytes);
+        const Outcome info = Halyard("info --json m");
+        EXPECT_EQ(info.status, row.refusal ? 1 : 0) << row.what;
+        EXPECT_NE((row.refusal ? info.err : info.out).find(row.refusal ? row.refusal : "\"3ds\""),
+                  std::string::npos)
+            << row.what << ": " << info.out << info.err;
+    }
 }
 
 } // namespace
