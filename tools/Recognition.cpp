@@ -1,5 +1,6 @@
 #include "Recognition.h"
 
+#include "platform/FilePath.h"
 #include "platform/InputFile.h"
 
 #include <algorithm>
@@ -155,26 +156,36 @@ Recognition FindModel(MODEL model, const wchar_t* complaint)
     return {std::nullopt, complaint, model};
 }
 
+Recognition FindSketchUp()
+{
+    return FindModel(MODEL::SKETCHUP,
+                     L"is a SketchUp model, not a drawing; 'halyard convert' makes one of it");
+}
+
+/// Whose bytes tell no kind of file.
+Recognition RefuseUnknown(const wchar_t* complaint)
+{
+    return {std::nullopt, complaint, std::nullopt, true};
+}
+
 Recognition RefuseUnknown(std::string_view bytes)
 {
     if (bytes.find('\0') != std::string_view::npos)
-        return Refuse(L"is not a drawing of a kind that Halyard reads");
+        return RefuseUnknown(L"is not a drawing of a kind that Halyard reads");
     if (bytes.find('\n') == std::string_view::npos && bytes.find('\r') != std::string_view::npos)
-        return Refuse(L"lines that end with CR alone are not supported; save it with CR LF or LF");
-    return Refuse(L"is text, but not a DXF drawing");
+        return RefuseUnknown(L"lines that end with CR alone are not supported; save it with CR LF or LF");
+    return RefuseUnknown(L"is text, but not a DXF drawing");
 }
 
 } // namespace
 
 Recognition Recognize(std::string_view bytes)
 {
-    if (bytes.empty()) return Refuse(L"the file is empty");
+    if (bytes.empty()) return RefuseUnknown(L"the file is empty");
     if (bytes.starts_with(PLOT_MAGIC)) return {FORMAT::PLOT, {}};
     if (Is3ds(bytes))
         return FindModel(MODEL::IN_3DS, L"is a 3DS model, not a drawing; 'halyard convert' makes one of it");
-    if (bytes.starts_with("\xFF\xFE\xFF"sv))
-        return FindModel(MODEL::SKETCHUP,
-                         L"is a SketchUp model, not a drawing; 'halyard convert' makes one of it");
+    if (bytes.starts_with("\xFF\xFE\xFF"sv)) return FindSketchUp();
     for (const Signature& signature : SIGNATURES)
         if (bytes.starts_with(signature.bytes)) return Refuse(signature.complaint);
     if (IsBmp(bytes)) return Refuse(L"is a BMP picture, not a drawing");
@@ -183,7 +194,7 @@ Recognition Recognize(std::string_view bytes)
     std::string_view text = bytes.substr(0, RECOGNITION_LENGTH);
     if (text.starts_with(UTF_8_MARK)) text.remove_prefix(UTF_8_MARK.size());
     const std::size_t start = text.find_first_not_of(" \t\r\n\f\v");
-    if (start == std::string_view::npos) return Refuse(L"the file holds nothing but blanks");
+    if (start == std::string_view::npos) return RefuseUnknown(L"the file holds nothing but blanks");
     // Blank lines before the first code are passed over; blanks of its own line do not matter.
     if (HasGroupPairs(text.substr(start))) return {FORMAT::DXF, {}};
     return RefuseUnknown(text);
@@ -196,5 +207,8 @@ Recognition RecognizeFile(const std::wstring& file)
     std::string bytes(RECOGNITION_LENGTH, '\0');
     bytes.resize(input.Read(bytes.data(), bytes.size()));
     if (input.Failed()) return Refuse(input.Reason().c_str());
-    return Recognize(bytes);
+    const Recognition found = Recognize(bytes);
+    // The format is not published, and the library that reads it may know other files than those of now.
+    if (found.isUnknown && FilePath::SameText(FilePath::Extension(file), L"skp")) return FindSketchUp();
+    return found;
 }

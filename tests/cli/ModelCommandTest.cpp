@@ -244,4 +244,37 @@ TEST_F(ModelCommand, MainChunksAreKnownByAnyChunkThatFits)
     }
 }
 
+TEST_F(ModelCommand, NamesTellSketchUpWhereBytesTellNothing)
+{
+    const std::string missing = "cannot be read: the SketchUp API library";
+    struct {
+        const char* name;
+        std::string bytes;
+        std::string complaint;
+    } const rows[] = {
+        {"empty.skp", "", missing},
+        {"blank.skp", "\n", missing},
+        {"text.SKP", "a dummy\n", missing},
+        {"cr.Skp", "a dummy\r", missing},
+        {"noise.skp", std::string("\1\0\2", 3), missing},
+        {"photo.skp", "\x89PNG\r\n\x1A\n", "is a PNG picture"},
+        {"empty.skp.bak", "", "the file is empty"},
+    };
+    for (const auto& row : rows) {
+        Write(row.name, row.bytes);
+        for (const std::string command : {"info ", "convert "}) {
+            const Outcome outcome = Shell("HALYARD_SKETCHUP_API=/none.so $HALYARD " + command + row.name
+                                          + (command == "convert " ? " out.dxf" : ""));
+            EXPECT_EQ(outcome.status, 1) << row.name;
+            EXPECT_EQ(outcome.err.find(std::string("halyard: ") + row.name + ": " + row.complaint), 0U)
+                << outcome.err;
+        }
+    }
+    // The stand-in passes over the first line.
+    Write("dummy.skp", "a dummy\n" + Scene::Square("ff0000", "0"));
+    EXPECT_EQ(json::parse(SketchUp("info --json dummy.skp").out, nullptr, false)["faces"], 1);
+    Write("plan.skp", Drawing("0 LINE|8 0|10 0|20 0|11 1|21 1"));
+    EXPECT_EQ(Info("plan.skp")["format"], "dxf");
+}
+
 } // namespace
