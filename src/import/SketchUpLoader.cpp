@@ -20,10 +20,9 @@ bool GetList(Owner owner, SUResult (*getNumber)(Owner, std::size_t*),
     if (getNumber(owner, &number) != SU_SUCCESS || number > MOST) return false;
     if (number == 0) return true;
     list.resize(number, Ref{nullptr});
-    std::size_t given = 0;
-    if (getList(owner, number, list.data(), &given) != SU_SUCCESS) return false;
-    list.resize(std::min(number, given));
-    return true;
+    // A library that leaves the count alone gave what it announced.
+    std::size_t given = number;
+    return getList(owner, number, list.data(), &given) == SU_SUCCESS && given >= number;
 }
 
 unsigned long ColorWord(const SUColor& color)
@@ -54,17 +53,33 @@ bool FromColumns(const SUTransformation& matrix, GTL::Transformation3D<GTL::Poin
     return true;
 }
 
-/// Releases the model at the end of the scope.
+/// Releases the model once: when asked to, or else at the end of the scope.
 class ModelHold {
 public:
     ModelHold(const SketchUpApi& api, SUModelRef model) : m_Api(api), m_Model(model) {}
-    ~ModelHold() { (void)m_Api.SUModelRelease(&m_Model); }
+    ~ModelHold()
+    {
+        try {
+            (void)Release();
+        } catch (...) {
+            // The load has failed already.
+        }
+    }
     ModelHold(const ModelHold&) = delete;
     ModelHold& operator=(const ModelHold&) = delete;
+
+    /// False when the library failed to.
+    bool Release()
+    {
+        if (!m_IsHeld) return true;
+        m_IsHeld = false;
+        return m_Api.SUModelRelease(&m_Model) == SU_SUCCESS;
+    }
 
 private:
     const SketchUpApi& m_Api;
     SUModelRef m_Model;
+    bool m_IsHeld = true;
 };
 
 } // namespace
@@ -74,8 +89,8 @@ bool SketchUpModel::Loader::LoadFile(const std::string& fileName, double metresP
     SUModelRef model = {nullptr};
     SUModelLoadStatus status = {};
     if (m_Api.SUModelCreateFromFileWithStatus(&model, fileName.c_str(), &status) != SU_SUCCESS) return false;
-    const ModelHold hold(m_Api, model);
-    return LoadModel(model, metresPerUnit);
+    ModelHold hold(m_Api, model);
+    return LoadModel(model, metresPerUnit) && hold.Release();
 }
 
 bool SketchUpModel::Loader::LoadModel(SUModelRef model, double metresPerUnit)

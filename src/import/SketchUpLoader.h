@@ -4,7 +4,7 @@
 #include "import/SketchUpModel.h"
 
 /// Walks a model through the vendor's interface and gathers its faces. Every step is false when a call
-/// failed; memory that runs out throws.
+/// failed or a list is shorter than announced; memory that runs out throws.
 class SketchUpModel::Loader {
 public:
     Loader(const SketchUpApi& api, std::vector<Face>& faces) : m_Api(api), m_Faces(faces) {}

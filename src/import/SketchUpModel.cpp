@@ -4,7 +4,6 @@
 #include "platform/Utf8.h"
 
 #include <cmath>
-#include <exception>
 
 Lock SketchUpModel::m_FileReadLocker;
 
@@ -14,7 +13,14 @@ namespace {
 class Session {
 public:
     explicit Session(const SketchUpApi& api) : m_Api(api) { m_Api.SUInitialize(); }
-    ~Session() { m_Api.SUTerminate(); }
+    ~Session()
+    {
+        try {
+            m_Api.SUTerminate();
+        } catch (...) {
+            // What was loaded is whole.
+        }
+    }
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
@@ -84,7 +90,8 @@ try {
     m_Faces = std::move(faces);
     m_Loaded = true;
     return true;
-} catch (const std::exception&) {
+} catch (...) {
+    // Whatever the vendor's library throws.
     return false;
 }
 

@@ -27,9 +27,9 @@ public:
     /// model that is loaded stays as it is until Clear, and the result is true.
     ///
     /// False, and no faces, when the vendor's library is missing, the file cannot be read, a call of the
-    /// library fails, metresPerUnit is no positive number, groups and components are nested more than 100
-    /// deep (as those are that contain themselves), or they stand for more than ten million faces or entity
-    /// lists.
+    /// library fails or throws, metresPerUnit is no positive number, groups and components are nested more
+    /// than 100 deep (as those are that contain themselves), or they stand for more than ten million faces or
+    /// entity lists.
     [[nodiscard]] bool Load(const CString& fileName, double metresPerUnit);
     [[nodiscard]] bool Load(const std::wstring& fileName, double metresPerUnit);
     [[nodiscard]] bool Load(const wchar_t* fileName, double metresPerUnit);

@@ -7,6 +7,7 @@
 #include <iterator>
 #include <map>
 #include <memory>
+#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -48,11 +49,14 @@ struct Model {
 
 SceneState g_State;
 std::map<std::string, int> g_Failures; ///< by function: what it gives from now on
+/// How a function misbehaves otherwise, and its name.
+std::set<std::pair<std::string, std::string>> g_Oddities;
 
 /// What a call gives: a failure that the scene asks for, or one outside of a session.
 SUResult Result(const char* function)
 {
     ++g_State.calls;
+    if (g_Oddities.contains({"throw", function})) throw 7;
     if (g_State.sessions < 1) return SUResult(2);
     const auto failure = g_Failures.find(function);
     return failure == g_Failures.end() ? SU_SUCCESS : SUResult(failure->second);
@@ -105,6 +109,10 @@ bool ReadLine(Model& scene, List*& list, std::istringstream& words)
         std::string function;
         words >> function;
         words >> g_Failures[function];
+    } else if (kind == "throw" || kind == "lose" || kind == "mute") {
+        std::string function;
+        words >> function;
+        g_Oddities.emplace(kind, function);
     } else if (kind == "instance") {
         list->instances.push_back(ReadUse(scene, words));
     } else if (kind == "group") {
@@ -131,10 +139,13 @@ T& Of(Ref ref)
 }
 
 template <class T, class Ref>
-void Give(std::vector<T>& from, std::size_t first, std::size_t length, Ref* to, std::size_t* number)
+void Give(const char* function, std::vector<T>& from, std::size_t first, std::size_t length, Ref* to,
+          std::size_t* number)
 {
-    for (*number = 0; *number < length && first + *number < from.size(); ++*number)
-        to[*number].ptr = &from[first + *number];
+    const std::size_t end = from.size() - (g_Oddities.contains({"lose", function}) ? 1 : 0);
+    std::size_t given = 0;
+    for (; given < length && first + given < end; ++given) to[given].ptr = &from[first + given];
+    if (!g_Oddities.contains({"mute", function})) *number = given;
 }
 
 } // namespace
@@ -157,11 +168,13 @@ VENDOR void SUInitialize()
 VENDOR void SUTerminate()
 {
     --g_State.sessions;
+    (void)Result(__func__);
 }
 
 VENDOR SUResult SUModelCreateFromFileWithStatus(SUModelRef* model, const char* name, SUModelLoadStatus*)
 {
     g_Failures.clear();
+    g_Oddities.clear();
     GIVE_UP_IF_ASKED();
     std::ifstream file(name);
     std::string mark;
@@ -218,7 +231,7 @@ VENDOR SUResult SUAxesGetOrigin(SUAxesRef axes, SUPoint3D* origin)
     VENDOR SUResult getList(OwnerRef owner, std::size_t length, Ref* list, std::size_t* number)              \
     {                                                                                                        \
         GIVE_UP_IF_ASKED();                                                                                  \
-        Give(Of<Owner>(owner).member, first, length, list, number);                                          \
+        Give(__func__, Of<Owner>(owner).member, first, length, list, number);                                \
         return SU_SUCCESS;                                                                                   \
     }
 LIST_FUNCTIONS(SUEntitiesRef, List, SUComponentInstanceRef, SUEntitiesGetNumInstances, SUEntitiesGetInstances,

@@ -17,6 +17,8 @@ struct SceneState {
 ///     group NAME COLOUR MATRIX, instance NAME - MATRIX      16 numbers, column by column
 ///     axes X Y Z             the origin of the model's axes
 ///     fail FUNCTION RESULT   every call of the function gives this result
+///     throw FUNCTION         every call of the function throws a number
+///     lose FUNCTION, mute FUNCTION   the function that gives a list leaves out its last item, its count
 namespace Scene {
 
 inline std::string File(const std::string& lines)
