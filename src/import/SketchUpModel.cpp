@@ -118,9 +118,10 @@ DXFPolyline* SketchUpModel::GetFace(int face) const
     return found ? found->outer.get() : nullptr;
 }
 
-GTL::Point3D<double>* SketchUpModel::GetFaceNormal(int face)
+GTL::Point3D<double>* SketchUpModel::GetFaceNormal(int face) const
 {
-    return FaceAt(face) ? &m_Faces[static_cast<std::size_t>(face)].normal : nullptr;
+    const Face* found = FaceAt(face);
+    return found ? &found->normal : nullptr;
 }
 
 unsigned long SketchUpModel::GetFaceColor(int face) const

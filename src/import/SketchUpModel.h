@@ -45,7 +45,7 @@ public:
     DXFPolyline* GetFace(int face) const;
     /// As long as the scale of the face's place makes the unit normal. Owned by the model; null when there is
     /// no such face.
-    GTL::Point3D<double>* GetFaceNormal(int face);
+    GTL::Point3D<double>* GetFaceNormal(int face) const;
     /// Device colour word 0x00BBGGRR; white for a face without material. 0 when there is no such face.
     unsigned long GetFaceColor(int face) const;
     int GetFaceNumInnerLoops(int face) const;
@@ -56,7 +56,7 @@ private:
     using Ring = std::unique_ptr<DXFPolyline>;
     struct Face {
         Ring outer;
-        GTL::Point3D<double> normal;
+        mutable GTL::Point3D<double> normal; ///< callers may write to it, as they may to the rings
         unsigned long color = 0;
         std::vector<Ring> inner;
     };

@@ -321,8 +321,8 @@ TEST_F(SketchUp, CopiesAreDeepAndMovesLeaveNothing)
         EXPECT_EQ(other->GetFace(2)->NumPoints(), 5);
         EXPECT_EQ(Points(other->GetFaceInnerLoop(2, 0)), hole);
         EXPECT_EQ(Colors(*other), "ffffff 00ff00 ff0000 ");
+        EXPECT_EQ(Numbers(*other->GetFaceNormal(2)), "0 0 1");
     }
-    EXPECT_EQ(Numbers(*copy.GetFaceNormal(2)), "0 0 1");
     const SketchUpModel moved = std::move(copy);
     EXPECT_EQ(moved.GetNumFaces(), 3);
     copy = assigned;
