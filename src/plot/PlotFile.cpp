@@ -136,6 +136,7 @@ ErrorString PlotFile::ReadDocument()
     if (!m_Input->Take(magic, sizeof magic) || MAGIC != std::string_view(magic, sizeof magic))
         return ErrorString(Message::NotAPlotFile);
     m_Document->Clear();
+    m_DocumentHasZero = false;
     m_Layer = (*m_Document)[0ULL];
     if (!m_Input->Take(&m_Version, sizeof m_Version)) m_Version = 0;
     if (std::find(std::begin(VERSIONS), std::end(VERSIONS), m_Version) == std::end(VERSIONS))
@@ -178,12 +179,13 @@ bool PlotFile::ReadLayer()
     if (!ReadRecord(record)) return false;
     const HashedString<wchar_t> name(record.name);
     DXFLayer* layer = (*m_Drawing)[name];
-    const bool isZeroFromTheStart = layer && layer == (*m_Drawing)[0ULL] && layer->Name() == L"0";
+    bool& hasZero = m_Drawing == m_Document ? m_DocumentHasZero : m_BlockHasZero;
     if (!layer) {
         layer = m_Drawing->AddLayer(record.name);
-    } else if (isZeroFromTheStart && layer->NumEntities() == 0) {
-        // Every drawing has layer "0" from the start, but its place in the order is that of its record.
-        m_Drawing->BringToFront(layer->Name());
+    } else if (!hasZero && layer->Name() == L"0") {
+        // Every drawing has layer "0" from the start, but its place in the order is that of its first record.
+        hasZero = true;
+        if (layer->NumEntities() == 0) m_Drawing->BringToFront(layer->Name());
     }
     if (!layer) {
         m_Ending = BAD_LAYER;
@@ -205,6 +207,7 @@ bool PlotFile::ReadBlock()
     block->SetBlockTypeFlag(record.flags);
     block->SetXref(record.xref);
     m_Drawing = block->GetDXF();
+    m_BlockHasZero = false;
     return true;
 }
 

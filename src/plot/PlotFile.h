@@ -149,6 +149,8 @@ private:
     DXF* m_Document = nullptr;      ///< that is read
     DXF* m_Drawing = nullptr;       ///< that takes layers: the document's or the current block's
     DXFLayer* m_Layer = nullptr;    ///< that takes entities
+    bool m_DocumentHasZero = false; ///< a record of its layer "0" was read
+    bool m_BlockHasZero = false;    ///< likewise, of the current block's drawing
     std::wstring m_Folder;          ///< of the file that is read
     std::map<std::wstring, const DXFImage*> m_Pictures; ///< an image of each file that was loaded
     const std::atomic<bool>* m_KeepGoing;

@@ -225,6 +225,21 @@ TEST(PlotFile, KeepsTheOrderOfLayersWhereZeroIsNotTheFirst)
     EXPECT_FALSE(reading.document[0ULL]->IsVisible()) << "names in another case are the same layer";
 }
 
+TEST(PlotFile, PlacesZeroByItsFirstRecordInEachDrawing)
+{
+    using Order = std::vector<std::wstring>;
+    PlotBytes bytes;
+    bytes.Layer(u"0").Layer(u"A");
+    for (const char16_t* name : {u"B", u"C"}) {
+        bytes.Begin(14).String(name).String(u"").Point(0, 0, 0).Int(0).String(u"");
+        bytes.Layer(u"A").Layer(u"0").Layer(u"B").Layer(u"0").Begin(15);
+    }
+    const Reading reading(bytes.Layer(u"0").File());
+    EXPECT_EQ(reading.document.GetLayerOrder(), (Order{L"0", L"A"}));
+    for (const wchar_t* name : {L"B", L"C"})
+        EXPECT_EQ(reading.document.GetBlock(name)->GetDXF()->GetLayerOrder(), (Order{L"A", L"0", L"B"}));
+}
+
 TEST(PlotFile, StopsAtALayerThatCannotBe)
 {
     PlotBytes bytes;
