@@ -18,6 +18,8 @@ using PlotRecords::Viewed;
 /// The first 17 bytes of the UTF-16 text "HALYARD PLOT FILE".
 constexpr std::string_view MAGIC("H\0A\0L\0Y\0A\0R\0D\0 \0P", 17);
 constexpr std::int32_t VERSIONS[] = {3, 4, 5, 6, 9};
+/// Entities that are written from one look at the caller's flag to the next.
+constexpr std::size_t BETWEEN_LOOKS = 64;
 constexpr wchar_t TOO_LARGE[] = L"the drawing needs more than the 4 GB that a plot file can have";
 
 } // namespace
@@ -79,6 +81,7 @@ void PlotFile::Write(const DXFLayer& layer)
     WriteRecord(LAYER, PlotRecords::Layer<Viewed>{layer.Name(), layer.IsVisible(), {layer.Color()}});
     const std::size_t count = layer.NumEntities();
     for (std::size_t i = 0; i < count; ++i) {
+        if (i % BETWEEN_LOOKS == 0) m_Output->Look();
         if (m_Output->Failed() || m_Output->IsStopped()) return;
         FetchAhead(layer, i, count);
         layer[i]->Write(*this);

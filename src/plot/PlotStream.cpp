@@ -38,7 +38,7 @@ void PlotOutput::WriteOut(const void* bytes, std::size_t count)
 {
     if (count == 0) return;
     m_Flushed += count;
-    if (!m_Notice()) m_Stopped = true;
+    Look();
     if (m_Failed) return;
     errno = 0;
     if (m_File.Write(bytes, 1, count) != count) Fail(FileSystem::ErrnoText(errno));

@@ -13,7 +13,7 @@
 /// Between the records of a plot file and a checksummed file: gathers what is written, and has read ahead
 /// what is to be read, so that the checksum and the system see large blocks.
 
-/// Called at every block; when it returns false the work is to stop.
+/// Called at every block and look; when it returns false the work is to stop.
 using PlotBlockNotice = std::function<bool()>;
 
 /// Output through one buffer. The first failure sticks and what is written later is dropped; ask once at the
@@ -43,6 +43,11 @@ public:
     /// Why the first failure happened: one clause in lower case.
     const std::wstring& Reason() const { return m_Reason; }
     void Fail(const std::wstring& reason);
+    /// Asks the notice, besides at every block.
+    void Look()
+    {
+        if (!m_Notice()) m_Stopped = true;
+    }
     /// The notice asked to stop.
     bool IsStopped() const { return m_Stopped; }
 

@@ -41,6 +41,20 @@ std::size_t NumBlockEntities(const DXF& document)
     return count;
 }
 
+/// A point during whose writing the caller changes its mind.
+class PointThatClears : public DXFPoint {
+public:
+    explicit PointThatClears(std::atomic<bool>& flag) : m_Flag(flag) {}
+    void Write(DXFWriter& writer) const override
+    {
+        m_Flag = false;
+        DXFPoint::Write(writer);
+    }
+
+private:
+    std::atomic<bool>& m_Flag;
+};
+
 bool IsEntity(std::int32_t kind)
 {
     return kind >= 2 && kind <= 13;
@@ -395,13 +409,21 @@ TEST(PlotFile, StopsWhenItsCallerSaysSo)
     EXPECT_EQ(plot.Ending(), PlotFile::STOPPED);
     EXPECT_EQ(document.NumEntities(), 0);
 
-    constexpr int MORE_THAN_A_BLOCK = 10'000;
-    for (int i = 0; i < MORE_THAN_A_BLOCK; ++i) document.Add(new DXFPoint(i, i, i));
-    ASSERT_TRUE(plot.Write(file.Name(), &document));
-    const Reading reading(file.Content());
-    EXPECT_EQ(reading.plot.Ending(), PlotFile::END_MARK) << "the file is whole";
-    EXPECT_GT(reading.document.NumEntities(), 0);
-    EXPECT_LT(reading.document.NumEntities(), MORE_THAN_A_BLOCK);
+    const int entities = 1'000;
+    std::atomic<bool> keepGoing{true};
+    plot.SetKeepGoing(keepGoing);
+    for (DXFLayer* layer : {document[0ULL], document.AddLayer(L"A")})
+        for (int i = 0; i < entities; ++i)
+            layer->Add(i == entities / 2 ? new PointThatClears(keepGoing) : new DXFPoint(i, i, i));
+    for (const bool fromTheStart : {true, false}) {
+        keepGoing = !fromTheStart;
+        ASSERT_TRUE(plot.Write(file.Name(), &document));
+        const Reading reading(file.Content());
+        EXPECT_EQ(reading.plot.Ending(), PlotFile::END_MARK) << "the file is whole";
+        EXPECT_EQ(reading.document.NumLayers(), 2U);
+        EXPECT_GE(reading.document.NumEntities(), fromTheStart ? 0 : entities / 2);
+        EXPECT_LT(reading.document.NumEntities(), fromTheStart ? 1 : entities / 2 + 100);
+    }
 }
 
 TEST(PlotFile, SharesOnePictureAmongTheImagesOfAFile)
