@@ -13,7 +13,8 @@
 ///
 /// They are called with what LibraryVersion says, by the thread that loads or unloads, while the system holds
 /// its lock over modules: they may not load or unload any, nor wait for other threads. A program that exports
-/// none of them loads the library freely. At the end of a process nobody is told.
+/// none of them loads the library freely. At the end of a process nobody is told. Only Windows tells a module
+/// that it is loaded or unloaded: on other systems none of these functions is called, the check included.
 class Module {
 public:
     /// Address of a function that the program exports; null when there is none.
