@@ -60,6 +60,7 @@ bool Drawing::ReadDxf(const ReadOptions& options)
     DXFFile reader;
     reader.SetBlocksUseDocumentLayers(options.blocksUseLayers);
     reader.SetExtrusionsToWorld(options.blocksUseLayers);
+    reader.SetFitsTexts(options.blocksUseLayers);
     ErrorString result = true;
     {
         const Progress progress("reading", [&reader] {

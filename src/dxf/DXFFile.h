@@ -73,6 +73,10 @@ public:
     /// entities have no extrusion of their own. Bulges in an inclined plane give way to vertices. Off when new:
     /// coordinates are then kept as they stand.
     void SetExtrusionsToWorld(bool take) { m_ExtrusionsToWorld = take; }
+    /// When set, TEXTs that are aligned or fitted between two points (72 is 3 or 5) start at the first, run towards the
+    /// second, and are as high as their length allows: no entity holds the width of letters. Off when new: they then start
+    /// at the second point, as all texts with an alignment point do.
+    void SetFitsTexts(bool fit) { m_FitsTexts = fit; }
 
     /// About the last reading.
     ENDING Ending() const { return m_Ending; }
@@ -236,6 +240,7 @@ private:
     int m_HandleSeed = 0;
     bool m_BlocksUseDocumentLayers = false;
     bool m_ExtrusionsToWorld = false;
+    bool m_FitsTexts = false;
 
     // Writer state
     OutputFile m_Output;

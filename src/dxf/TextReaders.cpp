@@ -62,6 +62,29 @@ Angle MTextRotation(const GroupReader& groups)
     return Angle(-std::atan2(ParseDouble(groups.First(21)), ParseDouble(groups.First(11))) * MATH::RTD);
 }
 
+/// Horizontal justifications (72) of a text between two points: its height follows from its length, or its width does.
+constexpr int ALIGNED = 3;
+constexpr int FITTED = 5;
+
+/// Sets a text between its position and the end of its base line. A width of letters is not held: a fitted text that is
+/// too long becomes lower instead, and one that is too short stays so.
+void Fit(TextEntity& text, const GTL::Point3D<double>& end, bool aligned)
+{
+    const double dx = end.X() - text.Position().X();
+    const double dy = end.Y() - text.Position().Y();
+    const double room = std::hypot(dx, dy);
+    TextInfo info = text.GetTextInfo();
+    info.SetJustification(TextInfo::BASELINE_LEFT);
+    info.SetRotation(Angle());
+    text.SetTextInfo(info);
+    const double length = text.Extents().MaxX() - text.Extents().MinX();
+    if (!(room > 0 && length > 0) || !std::isfinite(room / length)) return;
+    info.SetRotation(Angle(-std::atan2(dy, dx) * MATH::RTD));
+    const double ratio = aligned ? room / length : std::min(room / length, 1.0);
+    info.SetSize(static_cast<float>(std::min(info.Size() * ratio, 1e30)));
+    text.SetTextInfo(info);
+}
+
 } // namespace
 
 ErrorString DXFFile::ReadText(DXF& document)
@@ -70,8 +93,9 @@ ErrorString DXFFile::ReadText(DXF& document)
     const int horizontal = ParseInt(m_Reader->First(72));
     const int vertical = ParseInt(m_Reader->First(73));
     const bool aligned = (horizontal != 0 || vertical != 0) && m_Reader->Has(11);
+    const bool fits = m_FitsTexts && aligned && vertical == 0 && (horizontal == ALIGNED || horizontal == FITTED);
     P3 position;
-    if (ErrorString read = ReadPoint(position, aligned ? 1 : 0); !read) return read;
+    if (ErrorString read = ReadPoint(position, aligned && !fits ? 1 : 0); !read) return read;
 
     auto text = std::make_unique<DXFText>();
     ReadColor(text.get(), document);
@@ -86,6 +110,11 @@ ErrorString DXFFile::ReadText(DXF& document)
     text->SetText(std::move(content));
     text->SetPosition(position);
     text->SetTextInfo(std::move(info));
+    if (fits) {
+        P3 end;
+        if (ErrorString read = ReadPoint(end, 1); !read) return read;
+        Fit(*text, end, horizontal == ALIGNED);
+    }
     AddEntity(document, Mapped(std::move(text), MapToWorld()).release());
     return true;
 }

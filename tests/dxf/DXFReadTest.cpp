@@ -46,6 +46,7 @@ struct Reading {
         const TempFile temp(".dxf", text);
         file.SetBlocksUseDocumentLayers(documentLayers);
         file.SetExtrusionsToWorld(toWorld);
+        file.SetFitsTexts(toWorld);
         result = file.Read(temp.Name(), document, GO, clearAll);
     }
     template <class Entity>
@@ -290,6 +291,33 @@ TEST(DXFRead, TakesEntitiesOfThePlaneToTheWorldWhenTold)
     EXPECT_EQ(verticesOf(4), std::vector{P(-1, 2)});
     Reading asItStands(Entities(list));
     EXPECT_EQ(dynamic_cast<const DXFPolyline&>(*(*asItStands.document[L"A"])[0]).GetPoly().Vertices()[1], P(3, 2, 5));
+}
+
+TEST(DXFRead, FitsTextsBetweenTheirPointsWhenTold)
+{
+    // From (1, 2) to (4, 6): 5 long, rising at atan2(4, 3).
+    const std::string text = "0 TEXT|8 A|10 1|20 2|11 4|21 6|40 1|1 ";
+    const struct {
+        std::string groups;
+        double length; ///< 0 where the text is shorter than its room
+        bool isOneHigh;
+    } rows[] = {{text + "a|72 3", 5, false}, {text + std::string(90, 'a') + "|72 3", 5, false},
+                {text + std::string(90, 'a') + "|72 5", 5, false}, {text + "a|72 5", 0, true}};
+    for (const auto& row : rows) {
+        Reading reading(Entities(row.groups), true, false, true);
+        const auto* fitted = reading.Only<DXFText>();
+        ASSERT_TRUE(fitted);
+        EXPECT_EQ(fitted->Position(), P(1, 2));
+        EXPECT_NEAR(fitted->GetTextInfo().Rotation().Get(), 360 - 53.130102354, 1e-6) << "clockwise";
+        EXPECT_EQ(fitted->GetTextInfo().Size() == 1, row.isOneHigh);
+        DXFText level(*fitted);
+        TextInfo info = level.GetTextInfo();
+        info.SetRotation(Angle());
+        level.SetTextInfo(info);
+        const double length = level.Extents().MaxX() - level.Extents().MinX();
+        EXPECT_TRUE(row.length == 0 ? length < 5 : std::abs(length - row.length) < 0.01) << row.groups;
+    }
+    EXPECT_EQ(Reading(Entities(text + "a|72 3")).Only<DXFText>()->Position(), P(4, 6));
 }
 
 TEST(DXFRead, ReadsTexts)
