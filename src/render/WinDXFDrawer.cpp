@@ -190,7 +190,7 @@ bool WinDXFDrawer::CreatePen(const DXFLineBase& entity)
     if (m_Option.openGaps && (style < LineInfo::CONTINUOUS || style > LineInfo::DASHDOT))
         style = LineInfo::CONTINUOUS;
     if (m_Option.thinDefaultWidth && width == LineInfo().Width()) width = 0;
-    int pixels = m_PixelMapper.MapX(static_cast<double>(width));
+    int pixels = std::isfinite(width) ? std::max(m_PixelMapper.MapX(static_cast<double>(width)), 0) : 0;
     if (m_Option.widestLine > 0) pixels = std::min(pixels, m_Option.widestLine);
     m_IsPenOfLook = CreatePen(style, pixels, Shown(look.color));
     m_PenLook = look;

@@ -228,7 +228,7 @@ TEST_F(Drawer, MakesPensByStyleAndWidthInPixels)
         {0, 0.5F, "pen 0 0 ff"},    {0, 4.9F, "pen 0 4 ff"},   {1, 1.9F, "pen 1 1 ff"},
         {2, 0, "pen 2 0 ff"},       {3, 1, "pen 3 1 ff"},      {9, 1, "pen 0 1 ff"},
         {1, 4, "pen 7 4 ff/28/20"}, {2, 4, "pen 7 4 ff/4/20"}, {3, 4, "pen 7 4 ff/28/20/4/20"},
-        {1, 2, "pen 7 2 ff/14/10"}, {9, 4, "no pen"},          {0, -3, "pen 0 3 ff"},
+        {1, 2, "pen 7 2 ff/14/10"}, {9, 4, "no pen"},          {0, -3, "pen 0 0 ff"},
     };
     for (const PenRow& row : rows) {
         DXFLine line({10, 10, 0}, {20, 20, 0});
@@ -319,6 +319,18 @@ TEST_F(Drawer, AlignsTextsByTheirJustification)
 TEST_F(Drawer, DrawsNothingOfTextsBelowHalfAPixel)
 {
     DXFText text = TextAt(50, 50, 0, TextInfo::BASELINE_LEFT);
+TEST_F(Drawer, MakesThinPensOfWidthsThatAreNone)
+{
+    for (const int widest : {0, 6}) {
+        Prepare({.widestLine = widest}, {{0, 0}, {100, 100}});
+        for (const float width : {NAN, HUGE_VALF, -HUGE_VALF, -40.0F, -1e30F}) {
+            DXFLine line({10, 10, 0}, {20, 20, 0});
+            line.SetWidth(width);
+            EXPECT_EQ(Drawn(line).back(), "pen 0 0 ff line 20,20") << width << ' ' << widest;
+        }
+    }
+}
+
     text.SetSize(0.1F);
     EXPECT_THAT(Drawn(text), IsEmpty());
 }
