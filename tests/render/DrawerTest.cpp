@@ -181,6 +181,45 @@ TEST_F(Drawer, FillsSolidsAsTwoTriangles)
     DXFSolid solid;
     solid[0] = {10, 10, 0};
     solid[1] = {20, 10, 0};
+namespace {
+/// The rule itself at two pixels a unit: the start, the middles of the steps, the end.
+std::string ArcByTheRule(double x, double y, double radius, double start, double end)
+{
+    const double a0 = start * MATH::DTR;
+    const double a1 = end * MATH::DTR;
+    const int steps = static_cast<int>((a1 - a0) / std::acos((radius - 0.05) / (radius + 0.05)) + 1);
+    const double step = (a1 - a0) / steps;
+    std::string line = "pen 0 0 ff polyline";
+    const auto append = [&](double a) {
+        line += ' ' + std::to_string(static_cast<int>(2 * (x + radius * std::sin(a) - 25) + 50)) + ','
+                + std::to_string(static_cast<int>(2 * (y + radius * std::cos(a) - 25) + 50));
+    };
+    append(a0);
+    for (int i = 0; i < steps; ++i) append(a0 + step / 2 + i * step);
+    append(a1);
+    return line;
+}
+} // namespace
+
+TEST_F(Drawer, PutsVerticesOfArcsByTheRuleToThePixel)
+{
+    // Whole centres and radii have vertices at whole pixels, where the least bit decides.
+    Prepare({}, {{0, 0}, {50, 50}});
+    for (int row = 0; row < 400; ++row) {
+        const int x = 15 + row % 20;
+        const int y = 15 + row / 20;
+        const int radius = 1 + row * 7 % 15;
+        EXPECT_EQ(Drawn(DXFCircle(P3(x, y, 0), radius)).back(), ArcByTheRule(x, y, radius, 0, 360))
+            << x << ' ' << y << ' ' << radius;
+    }
+    // Long chains.
+    for (const double radius : {1e5, 3e6, 1e7})
+        for (const double start : {0.0, 37.5, 180.0})
+            EXPECT_EQ(Drawn(DXFArc({25, 25, 0}, radius, start, 270)).back(),
+                      ArcByTheRule(25, 25, radius, start, 270))
+                << radius << ' ' << start;
+}
+
     solid[2] = {10, 20, 0};
     solid[3] = {20, 20, 0};
     EXPECT_THAT(Drawn(solid), ElementsAre(polygon + " 10,10 20,10 10,20", polygon + " 20,20 20,10 10,20"));
