@@ -7,6 +7,7 @@
 #include "model/DXFLine.h"
 #include "model/DXFPoint.h"
 #include "model/DXFSolid.h"
+#include "render/FarLine.h"
 #include "support/CPointMimic.h"
 #include "support/GDISelector.h"
 
@@ -40,29 +41,31 @@ Window Around(const Window& box)
     return {{box.MinX() - dx, box.MinY() - dy}, {box.MaxX() + dx, box.MaxY() + dy}};
 }
 
-/// Lines from beyond this are as good as from this far: it keeps products of coordinates within doubles.
-P2 WithinReach(const P2& p)
-{
-    constexpr double REACH = 1e150;
-    return {std::clamp(p.X(), -REACH, REACH), std::clamp(p.Y(), -REACH, REACH)};
-}
-
-/// Moves an end of a segment that lies beyond a bound of one coordinate to the bound; `other` is the other
-/// coordinate of the same end.
-void CutEnd(double& end, double& other, double start, double otherStart, double low, double high)
+/// Moves an end whose coordinate lies beyond a bound to the bound; the line knows the other coordinate there.
+template <class OtherAt>
+void CutEnd(double& end, double& other, double low, double high, const OtherAt& otherAt)
 {
     const double bound = std::clamp(end, low, high);
     if (bound == end) return;
-    other += (otherStart - other) * ((bound - end) / (start - end));
+    other = otherAt(bound);
     end = bound;
 }
 
-/// Cuts a segment to the bounds of one coordinate. False when it lies beyond one of them.
-bool Cut(double& a, double& otherA, double& b, double& otherB, double low, double high)
+bool AreBeyond(double a, double b, double low, double high)
 {
-    if ((a < low && b < low) || (a > high && b > high)) return false;
-    CutEnd(a, otherA, b, otherB, low, high);
-    CutEnd(b, otherB, a, otherA, low, high);
+    return (a < low && b < low) || (a > high && b > high);
+}
+
+/// Cuts a segment to a window. False when nothing of it is left.
+bool CutTo(const Window& window, P2& from, P2& to)
+{
+    if (AreBeyond(from.X(), to.X(), window.MinX(), window.MaxX())) return false;
+    const FarLine line(from, to);
+    for (P2* end : {&from, &to})
+        CutEnd(end->X(), end->Y(), window.MinX(), window.MaxX(), [&](double x) { return line.YAt(x); });
+    if (AreBeyond(from.Y(), to.Y(), window.MinY(), window.MaxY())) return false;
+    for (P2* end : {&from, &to})
+        CutEnd(end->Y(), end->X(), window.MinY(), window.MaxY(), [&](double y) { return line.XAt(y); });
     return true;
 }
 
@@ -265,14 +268,9 @@ void WinDXFDrawer::DrawVisibleLine(P2 from, P2 to)
     if (left > m_Visible.MaxX() + dx || right < m_Visible.MinX() - dx || low > m_Visible.MaxY() + dy
         || high < m_Visible.MinY() - dy)
         return;
-    if (left < m_Around.MinX() || right > m_Around.MaxX() || low < m_Around.MinY()
-        || high > m_Around.MaxY()) {
-        from = WithinReach(from);
-        to = WithinReach(to);
-        if (!Cut(from.X(), from.Y(), to.X(), to.Y(), m_Around.MinX(), m_Around.MaxX())
-            || !Cut(from.Y(), from.X(), to.Y(), to.X(), m_Around.MinY(), m_Around.MaxY()))
-            return;
-    }
+    const bool isFar =
+        left < m_Around.MinX() || right > m_Around.MaxX() || low < m_Around.MinY() || high > m_Around.MaxY();
+    if (isFar && !CutTo(m_Around, from, to)) return;
     m_DC->MoveTo(CPointMimic(m_PixelMapper.Map(from)));
     m_DC->LineTo(CPointMimic(m_PixelMapper.Map(to)));
 }

@@ -22,6 +22,7 @@
 
 #include <cmath>
 #include <limits>
+#include <random>
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -110,6 +111,45 @@ TEST_F(Drawer, CutsLinesOutOfSightOnRequest)
     EXPECT_THAT(Drawn(DXFLine({-1e15, 0, 0}, {50, 1e15, 0})), IsEmpty());
 }
 
+TEST_F(Drawer, CutsLinesWhereTheyPassHoweverFarTheyReach)
+{
+    // Ends on both sides of (0, 0) in the same direction, which then is on the line: it meets the borders of
+    // -100 and 200 where the direction says.
+    Prepare({.visibleParts = true}, {{0, 0}, {100, 100}});
+    const std::string to = std::string(RED_PEN) + " line ";
+    for (const double far : {1e16, 1e17, 1e20, 1e150, 4e307}) {
+        EXPECT_THAT(Drawn(DXFLine({-far, -far, 0}, {far, far, 0})),
+                    ElementsAre("move -100 -100", to + "200,200"))
+            << far;
+        EXPECT_THAT(Drawn(DXFLine({far, far / 2, 0}, {-2 * far, -far, 0})),
+                    ElementsAre("move 200 100", to + "-100,-50"))
+            << far;
+        EXPECT_THAT(Drawn(DXFLine({-far, 50, 0}, {far, 50, 0})), ElementsAre("move -100 50", to + "200,50"));
+        EXPECT_THAT(Drawn(DXFLine({-far, 0, 0}, {0, far, 0})), IsEmpty());
+    }
+    // Through a place in sight in the direction (i, j), all in whole numbers that doubles hold: on the border
+    // x = X it is at y = (place.y i + (X - place.x) j) / i. The slopes are such that it meets no other.
+    std::mt19937 random(6);
+    for (int row = 0; row < 200; ++row) {
+        const int i = 5 + static_cast<int>(random() % 5);
+        const int j = static_cast<int>(random() % 9) - 4;
+        const int x = 40 + static_cast<int>(random() % 21);
+        const int y = 40 + static_cast<int>(random() % 21);
+        const double before = std::ldexp(static_cast<double>(random()), 16);
+        const double after = std::ldexp(static_cast<double>(random()), 16);
+        const auto at = [&](int border) {
+            return std::to_string(static_cast<int>((y * i + (border - x) * j) / static_cast<double>(i)));
+        };
+        const P3 from(x - before * i, y - before * j, 0);
+        const P3 end(x + after * i, y + after * j, 0);
+        EXPECT_THAT(Drawn(DXFLine(from, end)), ElementsAre("move -100 " + at(-100), to + "200," + at(200)))
+            << x << ',' << y << ' ' << i << ',' << j;
+        EXPECT_THAT(Drawn(DXFLine({from.Y(), from.X(), 0}, {end.Y(), end.X(), 0})),
+                    ElementsAre("move " + at(-100) + " -100", to + at(200) + ",200"))
+            << x << ',' << y << ' ' << i << ',' << j;
+    }
+}
+
 TEST_F(Drawer, DrawsPointsInsideTheViewAsPixels)
 {
     EXPECT_THAT(Drawn(DXFPoint(10.7, 100, 0)), ElementsAre("pixel 10,100 ff"));
@@ -139,6 +179,45 @@ TEST_F(Drawer, DrawsArcsClockwiseFromNorthAndEqualEndsAsAFullTurn)
     EXPECT_TRUE(calls[0].ends_with(" 60,50")) << calls[0];
     calls = Drawn(DXFArc({50, 50, 0}, 10, 90, 90));
     EXPECT_EQ(m_DC.lengths.back(), 47);
+}
+
+namespace {
+/// The rule itself at two pixels a unit: the start, the middles of the steps, the end.
+std::string ArcByTheRule(double x, double y, double radius, double start, double end)
+{
+    const double a0 = start * MATH::DTR;
+    const double a1 = end * MATH::DTR;
+    const int steps = static_cast<int>((a1 - a0) / std::acos((radius - 0.05) / (radius + 0.05)) + 1);
+    const double step = (a1 - a0) / steps;
+    std::string line = "pen 0 0 ff polyline";
+    const auto append = [&](double a) {
+        line += ' ' + std::to_string(static_cast<int>(2 * (x + radius * std::sin(a) - 25) + 50)) + ','
+                + std::to_string(static_cast<int>(2 * (y + radius * std::cos(a) - 25) + 50));
+    };
+    append(a0);
+    for (int i = 0; i < steps; ++i) append(a0 + step / 2 + i * step);
+    append(a1);
+    return line;
+}
+} // namespace
+
+TEST_F(Drawer, PutsVerticesOfArcsByTheRuleToThePixel)
+{
+    // Whole centres and radii have vertices at whole pixels, where the least bit decides.
+    Prepare({}, {{0, 0}, {50, 50}});
+    for (int row = 0; row < 400; ++row) {
+        const int x = 15 + row % 20;
+        const int y = 15 + row / 20;
+        const int radius = 1 + row * 7 % 15;
+        EXPECT_EQ(Drawn(DXFCircle(P3(x, y, 0), radius)).back(), ArcByTheRule(x, y, radius, 0, 360))
+            << x << ' ' << y << ' ' << radius;
+    }
+    // Long chains.
+    for (const double radius : {1e5, 3e6, 1e7})
+        for (const double start : {0.0, 37.5, 180.0})
+            EXPECT_EQ(Drawn(DXFArc({25, 25, 0}, radius, start, 270)).back(),
+                      ArcByTheRule(25, 25, radius, start, 270))
+                << radius << ' ' << start;
 }
 
 TEST_F(Drawer, CutsCirclesButNotArcs)
@@ -181,45 +260,6 @@ TEST_F(Drawer, FillsSolidsAsTwoTriangles)
     DXFSolid solid;
     solid[0] = {10, 10, 0};
     solid[1] = {20, 10, 0};
-namespace {
-/// The rule itself at two pixels a unit: the start, the middles of the steps, the end.
-std::string ArcByTheRule(double x, double y, double radius, double start, double end)
-{
-    const double a0 = start * MATH::DTR;
-    const double a1 = end * MATH::DTR;
-    const int steps = static_cast<int>((a1 - a0) / std::acos((radius - 0.05) / (radius + 0.05)) + 1);
-    const double step = (a1 - a0) / steps;
-    std::string line = "pen 0 0 ff polyline";
-    const auto append = [&](double a) {
-        line += ' ' + std::to_string(static_cast<int>(2 * (x + radius * std::sin(a) - 25) + 50)) + ','
-                + std::to_string(static_cast<int>(2 * (y + radius * std::cos(a) - 25) + 50));
-    };
-    append(a0);
-    for (int i = 0; i < steps; ++i) append(a0 + step / 2 + i * step);
-    append(a1);
-    return line;
-}
-} // namespace
-
-TEST_F(Drawer, PutsVerticesOfArcsByTheRuleToThePixel)
-{
-    // Whole centres and radii have vertices at whole pixels, where the least bit decides.
-    Prepare({}, {{0, 0}, {50, 50}});
-    for (int row = 0; row < 400; ++row) {
-        const int x = 15 + row % 20;
-        const int y = 15 + row / 20;
-        const int radius = 1 + row * 7 % 15;
-        EXPECT_EQ(Drawn(DXFCircle(P3(x, y, 0), radius)).back(), ArcByTheRule(x, y, radius, 0, 360))
-            << x << ' ' << y << ' ' << radius;
-    }
-    // Long chains.
-    for (const double radius : {1e5, 3e6, 1e7})
-        for (const double start : {0.0, 37.5, 180.0})
-            EXPECT_EQ(Drawn(DXFArc({25, 25, 0}, radius, start, 270)).back(),
-                      ArcByTheRule(25, 25, radius, start, 270))
-                << radius << ' ' << start;
-}
-
     solid[2] = {10, 20, 0};
     solid[3] = {20, 20, 0};
     EXPECT_THAT(Drawn(solid), ElementsAre(polygon + " 10,10 20,10 10,20", polygon + " 20,20 20,10 10,20"));
@@ -277,6 +317,18 @@ TEST_F(Drawer, MakesPensByStyleAndWidthInPixels)
     }
     m_Drawer.reset();
     EXPECT_EQ(m_DC.GetCurrentPen(), nullptr);
+}
+
+TEST_F(Drawer, MakesThinPensOfWidthsThatAreNone)
+{
+    for (const int widest : {0, 6}) {
+        Prepare({.widestLine = widest}, {{0, 0}, {100, 100}});
+        for (const float width : {NAN, HUGE_VALF, -HUGE_VALF, -40.0F, -1e30F}) {
+            DXFLine line({10, 10, 0}, {20, 20, 0});
+            line.SetWidth(width);
+            EXPECT_EQ(Drawn(line).back(), "pen 0 0 ff line 20,20") << width << ' ' << widest;
+        }
+    }
 }
 
 TEST_F(Drawer, StretchesTheViewAndMeasuresWidthsAndTextsAlongX)
@@ -358,18 +410,6 @@ TEST_F(Drawer, AlignsTextsByTheirJustification)
 TEST_F(Drawer, DrawsNothingOfTextsBelowHalfAPixel)
 {
     DXFText text = TextAt(50, 50, 0, TextInfo::BASELINE_LEFT);
-TEST_F(Drawer, MakesThinPensOfWidthsThatAreNone)
-{
-    for (const int widest : {0, 6}) {
-        Prepare({.widestLine = widest}, {{0, 0}, {100, 100}});
-        for (const float width : {NAN, HUGE_VALF, -HUGE_VALF, -40.0F, -1e30F}) {
-            DXFLine line({10, 10, 0}, {20, 20, 0});
-            line.SetWidth(width);
-            EXPECT_EQ(Drawn(line).back(), "pen 0 0 ff line 20,20") << width << ' ' << widest;
-        }
-    }
-}
-
     text.SetSize(0.1F);
     EXPECT_THAT(Drawn(text), IsEmpty());
 }
