@@ -71,11 +71,14 @@ void NewWinDXF::SetExtents(const GTL::Extents2D<double>& extents, const CRect& r
     m_NeedsRedraw = true;
 }
 
+/// The document may have been touched for an edit of a block, which no layer knows of: its inserts are to be
+/// measured anew.
 void NewWinDXF::CheckDXFChanges()
 {
     if (m_DXF->ModifiedID() == m_ModifiedID) return;
     m_ModifiedID = m_DXF->ModifiedID();
     m_NeedsRedraw = true;
+    for (Seen& seen : m_Seen) seen.hasBox = false;
 }
 
 /// Layers may have gone without a trace in the document's id (clipping removes them so); what is known of

@@ -2,6 +2,7 @@
 
 #include "clip/DXFClipContext.h"
 #include "model/DXFCircle.h"
+#include "model/DXFInsert.h"
 #include "model/DXFLine.h"
 #include "model/DXFPoint.h"
 #include "model/DXFSolid.h"
@@ -99,6 +100,24 @@ TEST_F(CachedView, DoesNotCareForEditsOutOfView)
     Paint();
     m_Far->Add(new DXFPoint(1001, 1000, 0));
     EXPECT_EQ(Paint(), 0);
+}
+
+TEST_F(CachedView, MeasuresBlocksAnewWhenTheDocumentWasTouched)
+{
+    DXFBlock* block = m_Document.AddBlock(L"B");
+    block->SetBasePoint({1000, 1000, 0});
+    block->GetDXF()->Add(new DXFPoint(1000, 1000, 0));
+    DXFInsert insert(L"B", {500, 500, 0}, 0);
+    insert.SetDXF(&m_Document);
+    m_Far->Add(insert.Copy());
+    m_View.SetOption({.composeInserts = true});
+    Paint();
+    // It is shown at 503 - 1000 + 500 = 3.
+    block->GetDXF()->Add(new DXFPoint(503, 503, 0));
+    EXPECT_EQ(Paint(), 0);
+    m_Document.AddLayer(L"TOUCH");
+    EXPECT_EQ(Paint(), 1);
+    EXPECT_EQ(m_Bitmap.Row(60 - 3 * 6)[3 * 6], 0U);
 }
 
 TEST_F(CachedView, NoticesLayersThatClippingRemoved)
