@@ -27,8 +27,7 @@ using View = GTL::Extents2D<double>;
 constexpr unsigned long DARK = 0x221C18;
 /// Width in pixels of a picture whose size is not given, and the bounds of its height.
 constexpr int WIDTH = 1600;
-constexpr int LOWEST = 400;
-constexpr int HIGHEST = 6400;
+constexpr int LEAST_SIDE = 16;
 /// On each side of the drawing, as a part of its size.
 constexpr double MARGIN = 0.02;
 /// Coordinates beyond are not shown: their differences would be infinite.
@@ -182,8 +181,8 @@ CSize PictureSize(const Options& options, const View& view)
         const CSize size = *SizeOf(options.size);
         return options.fit ? Within(size, shape) : size;
     }
-    const double height = std::clamp(WIDTH * shape, double{LOWEST}, double{HIGHEST});
-    return {WIDTH, static_cast<int>(std::lround(height))};
+    const CSize size = Within({WIDTH, CBitmap::MAX_SIDE}, shape);
+    return {std::max(size.cx, LEAST_SIDE), std::max(size.cy, LEAST_SIDE)};
 }
 
 /// The view widened on one axis until it has the picture's shape.
