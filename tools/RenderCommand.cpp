@@ -134,8 +134,8 @@ void ShowLayers(Drawing& drawing, const std::vector<std::string>& names, bool sh
 /// Sizes of nothing would make scales infinite, and so would those that doubles cannot tell apart.
 double UsableHalf(double low, double high, double center)
 {
-    constexpr double RELATIVE = 1e-9;
-    const double least = std::max(1e-9, std::fabs(center) * RELATIVE);
+    constexpr double RELATIVE = 1e-13;
+    const double least = std::max(1 / REACH, std::fabs(center) * RELATIVE);
     const double half = (high / 2 - low / 2) * (1 + 2 * MARGIN);
     return half > least ? half : std::max(0.5, least);
 }

@@ -114,6 +114,25 @@ TEST_F(RenderCommand, GivesAPictureForAnyExtents)
     }
 }
 
+TEST_F(RenderCommand, FillsThePictureHoweverSmallOrFarOffTheDrawingIs)
+{
+    const char* const rows[] = {"0 LINE|8 0|10 5000000|20 5000000|11 5000000.004|21 5000000.004",
+                                "0 LINE|8 0|10 0|20 0|11 1e-10|21 1e-10",
+                                "0 LINE|8 0|10 0|20 0|11 1e-290|21 1e-290"};
+    for (const char* diagonal : rows) {
+        Write("in.dxf", Drawing(diagonal));
+        const auto picture = Rendered("--size 100x100 --background black");
+        ASSERT_TRUE(picture);
+        const auto isDrawn = [](std::uint32_t pixel) {
+            return (pixel & 0xFFFFFF) != 0;
+        };
+        // All but the margins: 100 / 1.04 = 96.2.
+        const auto drawn = std::count_if(picture->pixels.begin(), picture->pixels.end(), isDrawn);
+        EXPECT_GE(drawn, 95) << diagonal;
+        EXPECT_LE(drawn, 97) << diagonal;
+    }
+}
+
 TEST_F(RenderCommand, RefusesWhatItCannotDo)
 {
     Write("in.dxf", Drawing(PLAN));
