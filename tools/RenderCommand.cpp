@@ -16,6 +16,8 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
+#include <limits>
 #include <memory>
 #include <optional>
 
@@ -25,9 +27,11 @@ using View = GTL::Extents2D<double>;
 
 /// Dark, a little blue.
 constexpr unsigned long DARK = 0x221C18;
-/// Width in pixels of a picture whose size is not given, and the bounds of its height.
+/// Width in pixels of a picture whose size is not given, unless it would be too high, and its least side.
 constexpr int WIDTH = 1600;
 constexpr int LEAST_SIDE = 16;
+/// Headers and three bytes a pixel: a BMP tells its size in 32 bits.
+static_assert(CBitmap::MAX_PIXELS * 3 + 54 <= std::numeric_limits<std::uint32_t>::max());
 /// On each side of the drawing, as a part of its size.
 constexpr double MARGIN = 0.02;
 /// Coordinates beyond are not shown: their differences would be infinite.
@@ -89,9 +93,7 @@ std::string CheckSize(const std::string& text)
     if (!size || size->cx < 1 || size->cy < 1) return text + " is not a size like 1600x1200";
     if (size->cx > CBitmap::MAX_SIDE || size->cy > CBitmap::MAX_SIDE)
         return text + " is too large: a side has at most " + std::to_string(CBitmap::MAX_SIDE) + " pixels";
-    if (std::int64_t{size->cx} * size->cy > CBitmap::MAX_PIXELS)
-        return text + " is too large: a picture has at most " + std::to_string(CBitmap::MAX_PIXELS)
-               + " pixels";
+    static_assert(std::int64_t{CBitmap::MAX_SIDE} * CBitmap::MAX_SIDE <= CBitmap::MAX_PIXELS);
     return {};
 }
 
@@ -131,7 +133,7 @@ void ShowLayers(Drawing& drawing, const std::vector<std::string>& names, bool sh
         if (!found[n]) Warn(drawing.File(), NoSuchLayer(names[n]));
 }
 
-/// Sizes of nothing would make scales infinite, and so would those that doubles cannot tell apart.
+/// Sizes of nothing would make scales infinite, and those of a few steps of a double show nothing but steps.
 double UsableHalf(double low, double high, double center)
 {
     constexpr double RELATIVE = 1e-13;

@@ -19,7 +19,7 @@ class HALYARD_API CBitmap {
 public:
     /// Larger bitmaps are refused.
     static constexpr int MAX_SIDE = 32768;
-    static constexpr std::int64_t MAX_PIXELS = std::int64_t{1} << 28;
+    static constexpr std::int64_t MAX_PIXELS = std::int64_t{1} << 30;
 
     CBitmap() = default;
     virtual ~CBitmap() = default;

@@ -137,7 +137,7 @@ TEST_F(RenderCommand, RefusesWhatItCannotDo)
 {
     Write("in.dxf", Drawing(PLAN));
     for (const char* arguments :
-         {"in.dxf out.jpg", "--size 32769x10 in.dxf out.png", "--size 32768x32768 in.dxf out.png",
+         {"in.dxf out.jpg", "--size 32769x10 in.dxf out.png", "--size 10x32769 in.dxf out.png",
           "--size 0x10 in.dxf out.png", "--size 10 in.dxf out.png", "--view 0,0,0,1 in.dxf out.png",
           "--view 1,2,3 in.dxf out.png", "--background blue-ish in.dxf out.png", "in.dxf"}) {
         const Outcome outcome = Halyard(std::string("render ") + arguments);
@@ -149,6 +149,17 @@ TEST_F(RenderCommand, RefusesWhatItCannotDo)
     EXPECT_EQ(folder.err, "halyard: nowhere/out.png: cannot be written: there is no folder nowhere\n");
     EXPECT_EQ(Leftovers(), std::vector<std::string>{});
 }
+
+#ifndef __SANITIZE_ADDRESS__ // which takes more address space itself
+TEST_F(RenderCommand, SaysThatThereIsNotTheMemoryForThePicture)
+{
+    Write("in.dxf", Drawing(PLAN));
+    // 4 GB, of which 2 are to be had.
+    const Outcome outcome = Shell("ulimit -v 2000000; halyard render --size 32768x32768 in.dxf out.png");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, "halyard: in.dxf: there is not the memory for the picture\n");
+}
+#endif
 
 TEST_F(RenderCommand, WritesBitmapsToo)
 {
