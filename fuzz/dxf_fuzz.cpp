@@ -12,7 +12,6 @@
 #include <random>
 #include <string>
 
-
 namespace {
 
 const std::atomic<bool> GO{true};
@@ -64,7 +63,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     std::ofstream(input, std::ios::binary).write(reinterpret_cast<const char*>(bytes), static_cast<std::streamsize>(size));
     DXF document;
     DXFText::s_FontTable.clear();
-    if (!document.Read(FromUtf8(input.string()), GO, true)) return 0;
+    // Half of the inputs as the program reads them to show them.
+    const bool asShown = size % 2 == 1;
+    DXFFile reader;
+    reader.SetBlocksUseDocumentLayers(asShown);
+    reader.SetExtrusionsToWorld(asShown);
+    reader.SetFitsTexts(asShown);
+    if (!reader.Read(FromUtf8(input.string()), document, GO, true)) return 0;
     Walk(document);
     (void)Written(document, "first.dxf");
     DXF again;

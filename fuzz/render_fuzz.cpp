@@ -91,6 +91,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     DXFText::s_FontTable.clear();
     DXFFile reader;
     reader.SetBlocksUseDocumentLayers(true);
+    reader.SetExtrusionsToWorld(true);
+    reader.SetFitsTexts(true);
     if (!reader.Read(FromUtf8(InputFile().string()), document, GO, true)) return 0;
     CBitmap bitmap;
     if (!bitmap.CreateBitmap(WIDTH, HEIGHT)) std::abort();

@@ -117,7 +117,10 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int)
     Window window;
     const std::atomic<bool> keepGoing{true};
     DXFFile reader;
-    reader.SetBlocksUseDocumentLayers(true); // colours of blocks as other programs have them
+    // Colours of blocks, what is mirrored, and fitted texts as other programs have them.
+    reader.SetBlocksUseDocumentLayers(true);
+    reader.SetExtrusionsToWorld(true);
+    reader.SetFitsTexts(true);
     if (count < 2 || !reader.Read(arguments[1], window.drawing, keepGoing, true)) {
         MessageBoxW(nullptr, L"viewer FILE.dxf: no drawing could be read", L"viewer", MB_ICONERROR);
         return 2;
