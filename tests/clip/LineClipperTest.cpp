@@ -1,4 +1,5 @@
 #include "clip/LineClipper.h"
+#include "clip/DXFClipContext.h"
 
 #include <gtest/gtest.h>
 
@@ -82,6 +83,22 @@ const Row ROWS[] = {
     {"from far away", {-1e300, 3, 0}, {1e300, 3, 0}, GTL::Clipped, {0, 3, 0}, {10, 3, 0}},
 };
 INSTANTIATE_TEST_SUITE_P(Rows, LineClipper, ::testing::ValuesIn(ROWS));
+
+TEST(LineClipperWindow, IsKeptByValue)
+{
+    DXFClipContext context{0, 0, 10, 6};
+    const GTL::LineClipper<P3> fromContext(context);
+    Window window = context;
+    const GTL::LineClipper<P3> fromWindow(window);
+    window.Reset();
+    context = {};
+    Segment output;
+    for (const GTL::LineClipper<P3>* clipper : {&fromContext, &fromWindow}) {
+        EXPECT_EQ(clipper->Clip({{1, 1, 0}, {9, 5, 0}}, output), GTL::Inside);
+        EXPECT_EQ(clipper->Clip({{1, 1, 0}, {20, 1, 0}}, output), GTL::Clipped);
+        EXPECT_EQ(output.End(), P3(10, 1, 0));
+    }
+}
 
 TEST(LineClipperWindow, OfNoWidthKeepsWhatLiesOnIt)
 {
