@@ -24,6 +24,35 @@ bool IsOnSweep(double bearing, double start, double end)
     return true;
 }
 
+/// How many ends of the arc are crossings, to the last bit.
+template <class P>
+std::size_t EndsAmong(const CircleCrossings& found, const Arc<P>& arc)
+{
+    std::size_t count = 0;
+    for (const Angle& end : {arc.StartAngle(), arc.EndAngle()})
+        for (std::size_t i = 0; i < found.Count(); ++i)
+            if (Angle(found[i]) == end) {
+                ++count;
+                break;
+            }
+    return count;
+}
+
+/// Several squares have the radius for their root, and an arc that was cut from a circle had one of them. The
+/// one by whose crossings most ends were cut is taken, so that pieces stay what they are.
+template <class P>
+CircleCrossings CrossingsOf(const Extents2D<double>& window, const Arc<P>& arc)
+{
+    const double square = arc.Radius() * arc.Radius();
+    CircleCrossings best(window, arc.Center(), square);
+    for (const double other : {std::nextafter(square, 0), std::nextafter(square, 2 * square)}) {
+        if (std::sqrt(other) != arc.Radius()) continue;
+        const CircleCrossings found(window, arc.Center(), other);
+        if (EndsAmong(found, arc) > EndsAmong(best, arc)) best = found;
+    }
+    return best;
+}
+
 } // namespace
 
 template <class P>
@@ -38,7 +67,7 @@ ClipResult ArcClipper<P>::Clip(const Arc<P>& input, std::vector<Arc<P>>& output)
     std::array<Entry, 10> entries{{{start, start}}};
     std::size_t count = 1;
     bool startsOnCrossing = false;
-    const CircleCrossings found(this->Window(), input.Center(), radius * radius);
+    const CircleCrossings found = CrossingsOf(this->Window(), input);
     for (std::size_t i = 0; i < found.Count(); ++i) {
         const double bearing = TrimAngle(found[i]);
         if (bearing == start) startsOnCrossing = true;

@@ -12,9 +12,7 @@ ClipResult CircleClipper<P>::Clip(const Circle<P>& input, std::vector<Arc<P>>& o
     output.clear();
     const double radius = input.Radius();
     if (!(radius >= SMALLEST_RADIUS)) return Outside;
-    // The square of the root, as an arc of this circle takes it: the pieces' ends stay crossings to the last
-    // bit.
-    const CircleCrossings found(this->Window(), input.Center(), radius * radius);
+    const CircleCrossings found(this->Window(), input.Center(), input.SquaredRadius());
     if (found.Count() < 2) return this->Classify(input.Center());
 
     std::array<double, 8> entries{};

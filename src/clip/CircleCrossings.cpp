@@ -4,33 +4,33 @@ namespace GTL {
 
 CircleCrossings::CircleCrossings(const Extents2D<double>& window, const Point2D<double>& center,
                                  double squaredRadius)
-    : m_Window(window), m_Center(center), m_SquaredRadius(squaredRadius)
 {
     if (!window.IsValid()) return;
-    Horizontal(window.MaxY());
-    Horizontal(window.MinY());
-    Vertical(window.MaxX());
-    Vertical(window.MinX());
+    const Given given{window, center, squaredRadius};
+    Horizontal(given, window.MaxY());
+    Horizontal(given, window.MinY());
+    Vertical(given, window.MaxX());
+    Vertical(given, window.MinX());
 }
 
-void CircleCrossings::Horizontal(double y)
+void CircleCrossings::Horizontal(const Given& given, double y)
 {
-    const double d = y - m_Center.Y();
-    const double squared = m_SquaredRadius - d * d;
+    const double d = y - given.center.Y();
+    const double squared = given.squaredRadius - d * d;
     if (!(squared > 0)) return;
     const double h = std::sqrt(squared);
-    for (const double x : {m_Center.X() - h, m_Center.X() + h})
-        if (x >= m_Window.MinX() && x <= m_Window.MaxX()) Take(x - m_Center.X(), d);
+    for (const double x : {given.center.X() - h, given.center.X() + h})
+        if (x >= given.window.MinX() && x <= given.window.MaxX()) Take(x - given.center.X(), d);
 }
 
-void CircleCrossings::Vertical(double x)
+void CircleCrossings::Vertical(const Given& given, double x)
 {
-    const double d = x - m_Center.X();
-    const double squared = m_SquaredRadius - d * d;
+    const double d = x - given.center.X();
+    const double squared = given.squaredRadius - d * d;
     if (!(squared > 0)) return;
     const double h = std::sqrt(squared);
-    for (const double y : {m_Center.Y() - h, m_Center.Y() + h})
-        if (y >= m_Window.MinY() && y <= m_Window.MaxY()) Take(d, y - m_Center.Y());
+    for (const double y : {given.center.Y() - h, given.center.Y() + h})
+        if (y >= given.window.MinY() && y <= given.window.MaxY()) Take(d, y - given.center.Y());
 }
 
 void CircleCrossings::Take(double dx, double dy)

@@ -9,7 +9,7 @@ namespace GTL {
 /// Where a circle crosses the border of a window: bearings in degrees, clockwise from +y, -180 < a <= 180, in
 /// the order in which they are found: top, bottom, right, left; on each the lower coordinate first. A line
 /// that the circle only touches gives none; a crossing at a corner is found on both its lines.
-class CircleCrossings {
+class HALYARD_API CircleCrossings {
 public:
     CircleCrossings(const Extents2D<double>& window, const Point2D<double>& center, double squaredRadius);
 
@@ -18,13 +18,16 @@ public:
     double operator[](std::size_t index) const { return m_Bearings[index]; }
 
 private:
-    void Horizontal(double y);
-    void Vertical(double x);
+    struct Given {
+        const Extents2D<double>& window;
+        const Point2D<double>& center;
+        double squaredRadius;
+    };
+
+    void Horizontal(const Given& given, double y);
+    void Vertical(const Given& given, double x);
     void Take(double dx, double dy);
 
-    const Extents2D<double>& m_Window;
-    Point2D<double> m_Center;
-    double m_SquaredRadius;
     std::array<double, 8> m_Bearings{};
     std::size_t m_Count = 0;
 };

@@ -97,6 +97,22 @@ const Row CIRCLES[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Rows, CircleClipper, ::testing::ValuesIn(CIRCLES));
 
+TEST(CircleClipper, MeetsCornersByItsStoredSquare)
+{
+    // The root of 2 squared is no longer 2. Top y = 1 at (-1, 1): -45, (1, 1): 45; right x = 1 at (1, -1):
+    // 135, (1, 1): 45. List: -45, 45, 45, 135. Top, left of the centre: the first stretch is out, the next is
+    // in.
+    const Window window({-5, -5}, {1, 1});
+    Arcs arcs;
+    EXPECT_EQ(GTL::CircleClipper<P3>(window).Clip({P3(0, 0, 7), 2}, arcs), GTL::Clipped);
+    ASSERT_EQ(arcs.size(), 1U);
+    EXPECT_EQ(arcs[0], Arc(P3(0, 0, 7), std::sqrt(2.0), Angle(45), Angle(45)));
+    // As an arc this is a full turn. It begins on a crossing, outwards: 45, 45, 45, 135, 315, 405.
+    const Arc whole = arcs[0];
+    GTL::ArcClipper<P3>(window).Clip(whole, arcs);
+    EXPECT_EQ(arcs, (Arcs{whole, Arc(P3(0, 0, 7), std::sqrt(2.0), Angle(135), Angle(315))}));
+}
+
 class ArcClipper : public ::testing::TestWithParam<Row> {};
 
 TEST_P(ArcClipper, FollowsTheTable)
@@ -222,9 +238,11 @@ TEST(CircleClipperLaws, ArcsOfACircleStayWhatTheyAre)
     for (unsigned seed = 1; seed <= 400; ++seed) {
         Random random(seed);
         const float root = float(random.Real(0.1, 6)); // squared in single precision, as drawings do
+        const double square = seed % 2 != 0 ? double(root * root) : random.Whole(1, 36);
+        const P3 center = seed % 2 != 0 ? P3(random.Real(0, 9), random.Real(0, 9), 1)
+                                        : P3(random.Whole(0, 9), random.Whole(0, 9), 1);
         Arcs pieces;
-        GTL::CircleClipper<P3>(window).Clip({P3(random.Real(0, 9), random.Real(0, 9), 1), root * root},
-                                            pieces);
+        GTL::CircleClipper<P3>(window).Clip({center, square}, pieces);
         for (const Arc& piece : pieces) {
             // With more than two crossings their order in the list may not be that on the circle.
             if (!LiesWithin(window, piece)) continue;
