@@ -25,16 +25,27 @@ double BulgeSegment::HalfSwept(double v) const
     return std::atan2(v * std::abs(m_Sine), (1 - v) + v * m_Cosine);
 }
 
-BulgeSegment::P BulgeSegment::PointAt(double v) const
+Point2D<double> BulgeSegment::PlanAt(double v) const
 {
     const double middle = v * (1 - v);
     const double weight = (1 - v) * (1 - v) + 2 * middle * m_Cosine + v * v;
     const double along = (middle * m_Cosine + v * v) / weight;
     const double across = middle * m_Sine / weight;
-    const double swept = HalfSwept(v) / HalfSwept(1);
     return {m_From.X() + along * m_Chord.X() + across * m_Normal.X(),
-            m_From.Y() + along * m_Chord.Y() + across * m_Normal.Y(),
-            m_From.Z() + swept * (m_To.Z() - m_From.Z())};
+            m_From.Y() + along * m_Chord.Y() + across * m_Normal.Y()};
+}
+
+BulgeSegment::P BulgeSegment::PointAt(double v) const
+{
+    const double swept = HalfSwept(v) / HalfSwept(1);
+    return {PlanAt(v), m_From.Z() + swept * (m_To.Z() - m_From.Z()), 0};
+}
+
+Point2D<double> BulgeSegment::MiddleOfChord(double v0, double v1) const
+{
+    const Point2D<double> p = PlanAt(v0 + (v1 - v0) / 3);
+    const Point2D<double> q = PlanAt(v1 - (v1 - v0) / 3);
+    return {p.X() / 2 + q.X() / 2, p.Y() / 2 + q.Y() / 2};
 }
 
 double BulgeSegment::BulgeBetween(double v0, double v1) const
@@ -55,13 +66,15 @@ BulgeSegment::Roots BulgeSegment::Zeros(double atFrom, double atTo, double along
     p1 /= scale;
     p2 /= scale;
     const double discriminant = p1 * p1 - p0 * p2;
-    if (!(discriminant > 0)) return roots;
-    const double q = -(p1 + std::copysign(std::sqrt(discriminant), p1));
-    // The ratios v : (1-v) of the roots are q : p2 and p0 : q; those above 0 lie on the arc.
-    if (q * p2 > 0) roots.v[roots.count++] = q / (q + p2);
-    if (q * p0 > 0) roots.v[roots.count++] = p0 / (p0 + q);
-    if (p0 == 0 && p1 > 0) roots.v[roots.count++] = 0;
-    if (p2 == 0 && p1 > 0) roots.v[roots.count++] = 1;
+    if (discriminant > 0) {
+        const double q = -(p1 + std::copysign(std::sqrt(discriminant), p1));
+        // The ratios v : (1-v) of the roots are q : p2 and p0 : q; those above 0 lie on the arc.
+        if (q * p2 > 0) roots.v[roots.count++] = q / (q + p2);
+        if (q * p0 > 0) roots.v[roots.count++] = p0 / (p0 + q);
+    }
+    // An end on the zero, also one in which the arc touches it, counts when what is next to it is positive.
+    if (p0 == 0 && (p1 > 0 || (p1 == 0 && p2 > 0))) roots.v[roots.count++] = 0;
+    if (p2 == 0 && (p1 > 0 || (p1 == 0 && p0 > 0))) roots.v[roots.count++] = 1;
     if (roots.count == 2 && roots.v[0] > roots.v[1]) std::swap(roots.v[0], roots.v[1]);
     return roots;
 }

@@ -49,6 +49,10 @@ public:
 
     /// Height runs evenly along the arc; the bulge is 0.
     P PointAt(double v) const;
+    /// The middle of a chord between two places of a stretch. It lies off every line that the stretch does
+    /// not cross, on the side of the stretch, also when the stretch touches the line: it does so in one place
+    /// only.
+    Point2D<double> MiddleOfChord(double v0, double v1) const;
     /// Bulge of the stretch between two places.
     double BulgeBetween(double v0, double v1) const;
     Crossings CrossingsWith(const Extents2D<double>& window) const;
@@ -61,6 +65,7 @@ public:
     void Widen(Extents3D<double>& box) const;
 
 private:
+    Point2D<double> PlanAt(double v) const;
     /// Half of the angle swept from the start to a place.
     double HalfSwept(double v) const;
 

@@ -16,6 +16,7 @@ double Within(double value, double low, double high)
 
 SegmentCut::SegmentCut(const Extents2D<double>& window, Border border)
     : m_Window(window),
+      m_Border(border),
       m_LowX(window.MinX()),
       m_HighX(window.MaxX()),
       m_LowY(window.MinY()),
@@ -28,7 +29,7 @@ SegmentCut::SegmentCut(const Extents2D<double>& window, Border border)
     m_HighY += Epsilon(m_HighY);
 }
 
-bool SegmentCut::IsTrulyInside(const P& p) const
+bool SegmentCut::IsTrulyInside(const Point2D<double>& p) const
 {
     return p.X() > m_Window.MinX() && p.X() < m_Window.MaxX() && p.Y() > m_Window.MinY()
            && p.Y() < m_Window.MaxY();
@@ -60,10 +61,11 @@ bool SegmentCut::Straight(const P& a, Code codeA, const P& b, Code codeB, Stretc
 
 bool SegmentCut::HoldsBetween(const BulgeSegment& arc, double v0, double v1) const
 {
-    const P middle = arc.PointAt(v0 + (v1 - v0) / 2);
-    if (IsTrulyInside(middle)) return true;
+    if (IsTrulyInside(arc.MiddleOfChord(v0, v1))) return true;
+    if (m_Border == Border::EXCLUDED) return false;
     // Within the tolerance only: an arc that merely comes near the border from outside must not count.
-    return CodeOf(middle) == 0 && CodeOf(arc.PointAt(v0)) == 0 && CodeOf(arc.PointAt(v1)) == 0;
+    return CodeOf(arc.PointAt(v0 + (v1 - v0) / 2)) == 0 && CodeOf(arc.PointAt(v0)) == 0
+           && CodeOf(arc.PointAt(v1)) == 0;
 }
 
 SegmentCut::Stretches SegmentCut::Bent(const BulgeSegment& arc, const P& a, const P& b) const

@@ -59,11 +59,13 @@ public:
     P PointAt(const BulgeSegment& arc, const End& end) const;
 
 private:
-    bool IsTrulyInside(const P& p) const;
+    bool IsTrulyInside(const Point2D<double>& p) const;
+    /// Whether a stretch that crosses no line of a side lies inside.
     bool HoldsBetween(const BulgeSegment& arc, double v0, double v1) const;
     P Settle(const P& p, Side side) const;
 
     const Extents2D<double>& m_Window;
+    Border m_Border;
     // Places strictly between these bounds are inside.
     double m_LowX;
     double m_HighX;

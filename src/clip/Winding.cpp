@@ -1,5 +1,7 @@
 #include "clip/Winding.h"
 
+#include <algorithm>
+
 namespace GTL {
 namespace {
 
@@ -27,17 +29,21 @@ public:
     }
 
     double Forward(const P3& p) const { return Turned(AlongX() ? p.X() - m_Place.X() : p.Y() - m_Place.Y()); }
-    double Out(const P3& p) const
+    double Out(const Point2D<double>& p) const
     {
-        const double out = AlongX() ? p.Y() - m_Place.Y() : p.X() - m_Place.X();
-        return m_Side == Side::TOP || m_Side == Side::RIGHT ? out : -out;
+        return Outwards(AlongX() ? p.Y() - m_Place.Y() : p.X() - m_Place.X());
     }
     double Forward(const Vector2D<double>& v) const { return Turned(AlongX() ? v.X() : v.Y()); }
+    double Out(const Vector2D<double>& v) const { return Outwards(AlongX() ? v.Y() : v.X()); }
 
 private:
     double Turned(double along) const
     {
         return m_Side == Side::BOTTOM || m_Side == Side::RIGHT ? along : -along;
+    }
+    double Outwards(double across) const
+    {
+        return m_Side == Side::TOP || m_Side == Side::RIGHT ? across : -across;
     }
     bool AlongX() const { return m_Side == Side::BOTTOM || m_Side == Side::TOP; }
 
@@ -52,6 +58,20 @@ bool MeetsRay(double forwardA, double outA, double forwardB, double outB)
     if (outA < 0 && outB < 0) return false;
     const double at = forwardA / (forwardA - forwardB);
     return outA + at * (outB - outA) >= 0;
+}
+
+/// Whether an arc lies beyond the line of the side where it passes the ray's line. The stretch between two
+/// crossings with the line decides, not the place itself: the arc may touch the border there.
+bool IsBeyond(const SideFrame& frame, const BulgeSegment& arc, const P3& a, const P3& b, double v)
+{
+    const BulgeSegment::Roots crossings = arc.Zeros(frame.Out(a), frame.Out(b), frame.Out(arc.Normal()));
+    double from = 0;
+    double to = 1;
+    for (std::size_t i = 0; i < crossings.count; ++i) {
+        if (crossings.v[i] < v) from = crossings.v[i];
+        if (crossings.v[i] > v) to = std::min(to, crossings.v[i]);
+    }
+    return frame.Out(arc.MiddleOfChord(from, to)) >= 0;
 }
 
 } // namespace
@@ -71,7 +91,7 @@ int WindingInsideBorder(const std::vector<P3>& ring, const Extents2D<double>& wi
             const BulgeSegment::Roots roots = arc.Zeros(forwardA, forwardB, frame.Forward(arc.Normal()));
             int turn = forwardA <= 0 ? 1 : -1;
             for (std::size_t k = 0; k < roots.count; ++k) {
-                if (frame.Out(arc.PointAt(roots.v[k])) >= 0) winding += turn;
+                if (IsBeyond(frame, arc, a, b, roots.v[k])) winding += turn;
                 turn = -turn;
             }
         } else if (passes && MeetsRay(forwardA, frame.Out(a), forwardB, frame.Out(b))) {

@@ -59,16 +59,79 @@ TEST(PolygonClipperLaws, PiecesWindAsTheRingDoes)
     }
 }
 
-/// Shoelace formula over flattened outlines.
+/// Shoelace formula over the vertices, and the segments of circles that bulges add: r^2 (a - sin a) / 2 for
+/// the included angle a and the radius r = chord / (2 sin(a / 2)).
 double AreaOf(const Pieces& pieces)
 {
     double twice = 0;
     for (const Line& piece : pieces) {
-        const std::vector<P3> points = Flattened(piece, true);
-        for (std::size_t i = 1; i < points.size(); ++i)
-            twice += points[i - 1].X() * points[i].Y() - points[i].X() * points[i - 1].Y();
+        for (std::size_t i = 0; i < piece.NumPoints(); ++i) {
+            const P3& a = piece[i];
+            const P3& b = piece[(i + 1) % piece.NumPoints()];
+            twice += a.X() * b.Y() - b.X() * a.Y();
+            const double included = 4 * std::atan(a.B());
+            if (a.B() == 0) continue;
+            const double radius = a.Dist2D(b, false) / (2 * std::sin(included / 2));
+            twice += radius * radius * (included - std::sin(included));
+        }
     }
     return twice / 2;
+}
+
+/// An arc from a random place to a random place of a circle that touches a side of the window 0 to 10 from
+/// within or from outside, half of them in the middle of the side.
+void AppendTouchingArc(Random& random, Line& ring)
+{
+    const double radius = random.Real(0.5, 9);
+    const double depth = random.OneIn(2) ? radius : -radius;
+    const double along = random.OneIn(2) ? 5 : random.Real(0, 10);
+    const P3 centers[] = {
+        {along, depth, 0}, {10 - depth, along, 0}, {along, 10 - depth, 0}, {depth, along, 0}};
+    const P3& center = centers[random.Whole(0, 3)];
+    const double from = random.Real(0, MATH::TWOPI);
+    const double swept = random.Real(0.5, 6) * (random.OneIn(2) ? 1 : -1);
+    for (const double angle : {from, from + swept})
+        ring.PushBack(P3(center.X() + radius * std::cos(angle), center.Y() + radius * std::sin(angle), 0,
+                         angle == from ? std::tan(swept / 4) : 0));
+}
+
+/// Whole coordinates in steps of a quarter of the window, and quarter, half and three quarter circles.
+Line RegularRing(Random& random)
+{
+    const double QUARTER = std::sqrt(2.0) - 1;
+    const double bulges[] = {0, 0, 0, 1, -1, QUARTER, -QUARTER, 1 / QUARTER, -1 / QUARTER};
+    Line ring;
+    for (int i = random.Whole(2, 6); i > 0; --i)
+        ring.PushBack(
+            P3(2.5 * random.Whole(-2, 6), 2.5 * random.Whole(-2, 6), 0, bulges[random.Whole(0, 8)]));
+    return ring;
+}
+
+double AreaWithin(const Line& ring, double dx, double dy)
+{
+    Line moved;
+    for (const P3& p : ring.Vertices()) moved.PushBack(p + GTL::Vector3D<double>(dx, dy, 0));
+    return AreaOf(Cut(Window({0, 0}, {10, 10}), moved));
+}
+
+TEST(PolygonClipperLaws, RingsThatTouchTheBorderGiveWhatTheyGiveAHairBesideIt)
+{
+    for (unsigned seed = 1; seed <= 20000; ++seed) {
+        Random random(seed);
+        Line ring;
+        if (seed % 2 != 0) ring = RegularRing(random);
+        for (int arcs = seed % 2 != 0 ? 0 : random.Whole(1, 3); arcs > 0; --arcs) {
+            AppendTouchingArc(random, ring);
+            if (random.OneIn(2)) ring.PushBack(P3(random.Real(-4, 14), random.Real(-4, 14), 0));
+        }
+        const double area = AreaWithin(ring, 1e-7, 3e-8);
+        // A ring that winds around the window twice, or runs along its border, is cut as it lies there.
+        const bool moves = std::abs(AreaWithin(ring, -1e-7, 2e-8) - area) > 1e-3
+                           || std::abs(AreaWithin(ring, 4e-8, 1e-7) - area) > 1e-3
+                           || std::abs(AreaWithin(ring, -3e-8, -1e-7) - area) > 1e-3;
+        if (moves || std::abs(area) > 150) continue;
+        EXPECT_NEAR(AreaWithin(ring, 0, 0), area, 1e-3) << seed;
+    }
 }
 
 TEST(PolygonClipperLaws, AreaOfThePiecesIsThatOfCountedPoints)
@@ -185,6 +248,8 @@ TEST_P(PolygonClipper, FollowsTheTable)
 // A circle about (10, 3) with radius 2 as two half circles. Half of it remains, in two quarters: tan(90 / 4
 // degrees).
 const double QUARTER = std::sqrt(2.0) - 1;
+const double ROOT55 = std::sqrt(55.0);
+const double TOUCH = std::tan(std::asin(3.0 / 8) / 2);
 
 const Row ROWS[] = {
     {"no vertex", {}, GTL::Outside, {}},
@@ -239,6 +304,25 @@ const Row ROWS[] = {
      GTL::Clipped,
      {{{3, 2, 0}, {7, 2, 0}, {5, 6, 0}, {4.5, 6, 0}}}},
     {"half a circle", {{10, 1, 0, 1}, {10, 5, 0, 1}}, GTL::Clipped, {{{10, 5, 0, 1}, {10, 1, 0, 0}}}},
+    // A disc about (2, 3) with radius 8 touches the right side in its middle. Its chord x = 2 + sqrt(64 - 9)
+    // between the lower and the upper side is 6 long, and half the included angle has the sine 3 / 8.
+    {"a disc that touches a side",
+     {{2, -5, 0, 1}, {2, 11, 0, 1}},
+     GTL::Clipped,
+     {{{2 + ROOT55, 0, 0, TOUCH}, {2 + ROOT55, 6, 0, 0}, {0, 6, 0}, {0, 0, 0}}}},
+    // The rest of the window beside such a disc about (8, 3), which touches the left side.
+    {"what is beside a disc that touches a side",
+     {{8, 11, 0, 1}, {8, -5, 0}, {-5, -5, 0}, {-5, 11, 0}},
+     GTL::Clipped,
+     {{{0, 0, 0}, {0, 6, 0}, {8 - ROOT55, 6, 0, TOUCH}, {8 - ROOT55, 0, 0}}}},
+    {"half a circle that touches a side in its middle",
+     {{3, 2, 0, 1}, {7, 2, 0}, {7, 9, 0}, {3, 9, 0}},
+     GTL::Clipped,
+     {{{3, 6, 0}, {3, 2, 0, 1}, {7, 2, 0}, {7, 6, 0}}}},
+    {"touching a side with a vertex from outside",
+     {{7.5, -5, 0}, {5, 0, 0}, {5, -5, 0, -1}},
+     GTL::Outside,
+     {}},
     {"a circle with its vertices left and right",
      {{8, 3, 0, 1}, {12, 3, 0, 1}},
      GTL::Clipped,
