@@ -8,7 +8,7 @@
 namespace GTL {
 
 /// Cuts a ring to the outlines of its inside within a window (see PolygonClipper), for a ring whose box
-/// settled nothing.
+/// settled nothing; the vertices that are finite count.
 ClipResult CutOutline(const Extents2D<double>& window, const std::vector<Point3D<double>>& ring,
                       std::vector<Polyline<Point3D<double>>>& pieces);
 

@@ -13,7 +13,8 @@ ClipResult PolygonClipper<P>::Clip(const Polyline<P>& ring, std::vector<Polyline
     output.clear();
     if constexpr (std::is_same_v<P, Point3D<double>>) {
         const ClipResult whole = this->ClassifyBox(BulgedBox(ring, true));
-        return whole == Clipped ? CutOutline(this->Window(), ring.Vertices(), output) : whole;
+        if (whole == Outside || (whole == Inside && ring.IsFinite())) return whole;
+        return CutOutline(this->Window(), ring.Vertices(), output);
     } else {
         Polyline<Point3D<double>> raised;
         raised.Reserve(ring.NumPoints());

@@ -2,6 +2,7 @@
 
 #include "clip/SegmentCut.h"
 
+#include <algorithm>
 #include <array>
 #include <memory_resource>
 
@@ -10,6 +11,12 @@ namespace {
 
 using P3 = Point3D<double>;
 using Code = SegmentCut::Code;
+
+bool AreNumbers(const std::vector<P3>& vertices)
+{
+    return std::none_of(vertices.begin(), vertices.end(),
+                        [](const P3& p) { return std::isnan(p.X()) || std::isnan(p.Y()); });
+}
 
 /// Walks along a chain and gathers its inner runs. While a vertex is inside, the run ends with it.
 class RunWalk {
@@ -113,7 +120,8 @@ ClipResult PolylineClipper<P>::Clip(const Polyline<P>& input, std::vector<Polyli
 {
     output.clear();
     const ClipResult whole = this->ClassifyBox(BulgedBox(input, false));
-    if (whole != Clipped) return whole;
+    if (whole == Outside || (whole == Inside && (input.IsFinite() || AreNumbers(input.Vertices()))))
+        return whole;
     RunWalk(this->Window(), output).Walk(input.Vertices());
     return output.empty() ? Outside : Clipped;
 }

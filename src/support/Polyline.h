@@ -2,6 +2,7 @@
 
 #include "support/Arc.h"
 
+#include <cmath>
 #include <optional>
 #include <vector>
 
@@ -85,6 +86,8 @@ public:
     const Extents3D<T>& VertexBox() const { return m_Box; }
     /// False when every vertex has the bulge 0.
     bool HasBulges() const { return m_HasBulges; }
+    /// True when both coordinates in plan of every vertex are finite numbers.
+    bool IsFinite() const { return m_IsFinite; }
 
     bool operator==(const Polyline& other) const { return m_Vertices == other.m_Vertices; }
 
@@ -93,10 +96,12 @@ private:
     {
         m_Box.Reset();
         m_HasBulges = false;
+        m_IsFinite = true;
         for (const P& p : m_Vertices) Notice(p);
     }
     void Notice(const P& p)
     {
+        m_IsFinite = m_IsFinite && std::isfinite(double(p.X())) && std::isfinite(double(p.Y()));
         if constexpr (requires { p.Z(); }) {
             m_Box.Update(p);
             m_HasBulges = m_HasBulges || p.B() != 0;
@@ -108,6 +113,7 @@ private:
     std::vector<P> m_Vertices;
     Extents3D<T> m_Box;
     bool m_HasBulges = false;
+    bool m_IsFinite = true;
 };
 
 } // namespace GTL

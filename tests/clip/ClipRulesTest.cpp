@@ -225,6 +225,10 @@ TEST(ClipRules, SolidsBecomeTriangles)
     EXPECT_NEAR(ExpectTriangles(Cut(MakeFace<DXFSolid>({2, 1, 0}, {10, 1, 0}, {10, 5, 0}, {17, 3, 0}))), 16,
                 1e-12);
     EXPECT_FALSE(Cut(MakeFace<DXFSolid>({11, 1, 0}, {14, 1, 0}, {11, 5, 0}, {14, 5, 0})).kept);
+    // A corner that is no number takes its triangle with it: (2, 1), (6, 1), (2, 5) is left, 8.
+    EXPECT_NEAR(ExpectTriangles(Cut(MakeFace<DXFSolid>({2, 1, 0}, {6, 1, 0}, {2, 5, 0}, {NAN, 5, 0}))), 8,
+                1e-12);
+    EXPECT_FALSE(Cut(MakeFace<DXFSolid>({2, 1, 0}, {6, NAN, 0}, {2, 5, 0}, {6, 5, 0})).kept);
     const Cut inside(MakeFace<DXFSolid>({1, 1, 0}, {4, 1, 0}, {1, 5, 0}, {4, 5, 0}));
     EXPECT_EQ(&inside.As<DXFSolid>(0), inside.source);
 }

@@ -352,6 +352,10 @@ const Row ROWS[] = {
      {{8, 1, 0}, {NAN, 1, 0}, {12, 1, 0}, {12, 5, NAN}, {8, 5, 0}, {8, INFINITY, 0}},
      GTL::Clipped,
      {{{8, 1, 0}, {10, 1, 0}, {10, 5, NAN}, {8, 5, 0}}}},
+    {"not a number, otherwise inside",
+     {{1, 1, 0}, {NAN, 1, 0}, {5, 1, 0}, {5, 5, 0}, {5, NAN, 0}},
+     GTL::Clipped,
+     {{{1, 1, 0}, {5, 1, 0}, {5, 5, 0}}}},
 };
 INSTANTIATE_TEST_SUITE_P(Rows, PolygonClipper, ::testing::ValuesIn(ROWS));
 
