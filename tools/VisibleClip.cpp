@@ -1,54 +1,146 @@
 #include "VisibleClip.h"
 
-#include "clip/Clipper.h"
+#include "clip/CircleCrossings.h"
+#include "clip/PolylineClipper.h"
 #include "model/DXFArc.h"
 #include "model/DXFCircle.h"
+#include "model/DXFLine.h"
 #include "model/DXFPolyline.h"
 #include "model/DXFWriter.h"
 
+#include <algorithm>
 #include <memory>
 #include <vector>
 
 namespace {
 
 using P = GTL::Point3D<double>;
+using Window = GTL::Extents2D<double>;
 using Entities = std::vector<std::unique_ptr<DXFEntity>>;
 
 constexpr double HALF_TURN = 180;
+/// Degrees. Files hold six decimals of an angle, and equal ends are a full turn.
+constexpr double SMALLEST_SWEEP = 1e-6;
 
-/// Splits what runs all the way round.
-class RoundSplitter : private DXFWriter {
+/// Cuts what the library's rules cut with losses: lines, circles and arcs. Pieces keep all attributes.
+class LosslessCut : private DXFWriter {
 public:
-    /// Two half arcs in the place of a full turn; nothing for all else.
-    Entities operator()(const DXFEntity& entity)
+    explicit LosslessCut(const Window& window) : m_Window(window), m_Sides(window) {}
+
+    /// False for entities of other kinds. Otherwise the pieces are what is left of the entity, unless it
+    /// stays whole.
+    bool Cut(const DXFEntity& entity)
     {
-        m_Halves.clear();
+        m_Applies = m_StaysWhole = false;
+        m_Pieces.clear();
         entity.Write(*this);
-        return std::move(m_Halves);
+        return m_Applies;
     }
+    bool StaysWhole() const { return m_StaysWhole; }
+    Entities& Pieces() { return m_Pieces; }
 
 private:
-    using DXFWriter::Write;
-    void Write(const DXFCircle& circle) override { Split(circle, circle.Center(), circle.Radius(), 0); }
-    void Write(const DXFArc& arc) override
-    {
-        if (arc.StartAngle() == arc.EndAngle()) Split(arc, arc.Center(), arc.Radius(), arc.StartAngle());
-    }
+    /// A stretch of an arc, in degrees from its start.
+    struct Stretch {
+        double from;
+        double to;
+    };
 
-    void Split(const DXFLineBase& source, const P& center, double radius, double start)
+    using DXFWriter::Write;
+
+    /// As a chain of one segment, for which no corner of the window is special.
+    void Write(const DXFLine& line) override
     {
-        const double middle = Angle(start + HALF_TURN).Get();
-        m_Halves.push_back(std::make_unique<DXFArc>(center, radius, start, middle));
-        m_Halves.push_back(std::make_unique<DXFArc>(center, radius, middle, start));
-        for (const auto& half : m_Halves) {
-            auto& line = static_cast<DXFLineBase&>(*half);
-            line.SetStyle(source.Style());
-            line.SetWidth(source.Width());
-            line.SetColor(source.Color());
+        m_Applies = true;
+        std::vector<GTL::Polyline<P>> runs;
+        const P ends[] = {P(line.Start(), line.Start().Z(), 0), P(line.End(), line.End().Z(), 0)};
+        const GTL::Polyline<P> chain(std::vector<P>(std::begin(ends), std::end(ends)));
+        m_StaysWhole = GTL::PolylineClipper<P>(m_Window).Clip(chain, runs) == GTL::Inside;
+        for (const GTL::Polyline<P>& run : runs) {
+            auto piece = std::make_unique<DXFLine>(line);
+            piece->Set(run.Front(), run.Back());
+            m_Pieces.push_back(std::move(piece));
         }
     }
 
-    Entities m_Halves;
+    void Write(const DXFCircle& circle) override
+    {
+        if (!Settle(circle, circle.Radius())) return;
+        for (const double start : {0.0, HALF_TURN}) {
+            DXFArc half(circle.Center(), circle.Radius(), start, start + HALF_TURN, circle.Extrusion());
+            half.SetStyle(circle.Style());
+            half.SetWidth(circle.Width());
+            half.SetColor(circle.Color());
+            TakeVisible(half);
+        }
+    }
+
+    void Write(const DXFArc& arc) override
+    {
+        if (Settle(arc, arc.Radius())) TakeVisible(arc);
+    }
+
+    /// True when a circle or an arc has to be looked at more closely than by its box. Those that are too
+    /// small are left to the library.
+    bool Settle(const DXFEntity& entity, double radius)
+    {
+        if (!(radius >= GTL::SMALLEST_RADIUS)) return false;
+        m_Applies = true;
+        const GTL::ClipResult place = m_Sides.ClassifyBox(entity.Extents());
+        m_StaysWhole = place == GTL::Inside;
+        return place == GTL::Clipped;
+    }
+
+    void TakeVisible(const DXFArc& arc)
+    {
+        const double sweep = arc.GetArc().Sweep();
+        for (const Stretch& stretch : VisibleStretches(arc.GetArc())) {
+            const bool whole = stretch.from == 0 && stretch.to == sweep;
+            if (!whole && stretch.to - stretch.from <= SMALLEST_SWEEP) continue;
+            auto piece = std::make_unique<DXFArc>(arc);
+            if (stretch.from > 0) piece->SetStartAngle(arc.StartAngle() + stretch.from);
+            if (stretch.to < sweep) piece->SetEndAngle(arc.StartAngle() + stretch.to);
+            m_Pieces.push_back(std::move(piece));
+        }
+    }
+
+    /// The crossings split the arc into stretches that are inside or outside; neighbours inside are one.
+    std::vector<Stretch> VisibleStretches(const GTL::Arc<P>& arc) const
+    {
+        const double start = arc.StartAngle().Get();
+        std::vector<double> bounds{0, arc.Sweep()};
+        const GTL::CircleCrossings crossings(m_Window, arc.Center(), arc.Radius() * arc.Radius());
+        for (std::size_t i = 0; i < crossings.Count(); ++i) {
+            const double turned = TrimAngle(crossings[i] - start);
+            if (turned < arc.Sweep()) bounds.push_back(turned);
+        }
+        std::sort(bounds.begin(), bounds.end());
+
+        std::vector<Stretch> visible;
+        for (std::size_t i = 1; i < bounds.size(); ++i) {
+            if (!IsInside(arc, bounds[i - 1], bounds[i])) continue;
+            if (!visible.empty() && visible.back().to == bounds[i - 1])
+                visible.back().to = bounds[i];
+            else
+                visible.push_back({bounds[i - 1], bounds[i]});
+        }
+        return visible;
+    }
+
+    /// Of a stretch without crossings. One that is outside may touch the window, but not in two places.
+    bool IsInside(const GTL::Arc<P>& arc, double from, double to) const
+    {
+        const double start = arc.StartAngle().Get();
+        const double third = (to - from) / 3;
+        return m_Sides.Classify(arc.PointAt(Angle(start + from + third))) == GTL::Inside
+               && m_Sides.Classify(arc.PointAt(Angle(start + to - third))) == GTL::Inside;
+    }
+
+    Window m_Window;
+    GTL::Clipper<P> m_Sides;
+    bool m_Applies = false;
+    bool m_StaysWhole = false;
+    Entities m_Pieces;
 };
 
 void TakeLooks(DXFEntity& piece, const DXFEntity& source)
@@ -68,7 +160,7 @@ void TakeLooks(DXFEntity& piece, const DXFEntity& source)
 
 class VisibleClip {
 public:
-    explicit VisibleClip(const DXFClipContext& window) : m_Context(window), m_Window(m_Context) {}
+    explicit VisibleClip(const DXFClipContext& window) : m_Context(window), m_Lossless(window) {}
 
     void Clip(DXFLayer& layer, const std::atomic<bool>& keepGoing)
     {
@@ -76,16 +168,18 @@ public:
         m_Context.layer = &layer;
         for (std::unique_ptr<DXFEntity>& entity : entities) {
             if (!keepGoing) break;
-            Entities halves;
-            if (m_Sides.ClassifyBox(entity->Extents()) == GTL::Clipped) halves = m_Splitter(*entity);
-            if (halves.empty()) Cut(std::move(entity), layer);
-            for (std::unique_ptr<DXFEntity>& half : halves) Cut(std::move(half), layer);
+            if (!m_Lossless.Cut(*entity)) {
+                CutByRules(std::move(entity), layer);
+                continue;
+            }
+            for (std::unique_ptr<DXFEntity>& piece : m_Lossless.Pieces()) layer.Add(piece.release());
+            if (m_Lossless.StaysWhole()) layer.Add(entity.release());
         }
         m_Context.layer = nullptr;
     }
 
 private:
-    void Cut(std::unique_ptr<DXFEntity> entity, DXFLayer& layer)
+    void CutByRules(std::unique_ptr<DXFEntity> entity, DXFLayer& layer)
     {
         const std::size_t before = layer.NumEntities();
         const bool stays = entity->Clip(m_Context);
@@ -94,9 +188,7 @@ private:
     }
 
     DXFClipContext m_Context;
-    GTL::Extents2D<double> m_Window;
-    GTL::Clipper<P> m_Sides{m_Window};
-    RoundSplitter m_Splitter;
+    LosslessCut m_Lossless;
 };
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "cli/ProgramTest.h"
 
 #include <cmath>
+#include <map>
 
 using nlohmann::json;
 
@@ -68,6 +69,77 @@ TEST_F(ClipCommand, KeepsWhatShowsWithItsLooks)
     EXPECT_EQ(entities[4]["color"], "#ff00ff");
     EXPECT_EQ(entities[5]["color"], "#ff00ff");
     EXPECT_EQ(LayerOrder("out.dxf"), "0 A B C ");
+}
+
+TEST_F(ClipCommand, CutsLinesThroughCornersLikeAllOthers)
+{
+    const struct {
+        const char* ends;
+        json start, end; ///< empty when nothing is left
+    } rows[] = {
+        {"10 20|20 20|30 0|11 -10|21 -10|31 30", {10, 10, 10}, {0, 0, 20}},
+        {"10 15|20 15|11 5|21 5", {10, 10, 0}, {5, 5, 0}},
+        {"10 5|20 5|11 15|21 15", {5, 5, 0}, {10, 10, 0}},
+        {"10 0|20 0|30 1|11 20|21 20|31 3", {0, 0, 1}, {10, 10, 2}},
+        {"10 -5|20 10|11 15|21 10", {0, 10, 0}, {10, 10, 0}},
+        {"10 8|20 12|11 12|21 8", {}, {}},
+        {"10 8|20 -2|11 12|21 2", {}, {}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.ends);
+        Write("in.dxf", Drawing(std::string("0 LINE|8 A|62 2|") + row.ends, LAYERS));
+        const std::vector<json> entities = Edited("clip --window 0,0,10,10");
+        ASSERT_EQ(entities.size(), row.start.empty() ? 0U : 1U);
+        if (entities.empty()) continue;
+        EXPECT_EQ(entities[0]["start"], row.start);
+        EXPECT_EQ(entities[0]["end"], row.end);
+        EXPECT_EQ(entities[0]["color"], "#ffff00");
+    }
+}
+
+/// Degrees of a circle that lie in the window 0 to 10, by small steps.
+double VisibleDegrees(double x, double y, double radius)
+{
+    constexpr int STEPS = 3600;
+    constexpr double SLACK = 1e-9;
+    int inside = 0;
+    for (int k = 0; k < STEPS; ++k) {
+        const double angle = (k + 0.5) * 8 * std::atan(1.0) / STEPS;
+        const double px = x + radius * std::cos(angle);
+        const double py = y + radius * std::sin(angle);
+        inside += px >= -SLACK && px <= 10 + SLACK && py >= -SLACK && py <= 10 + SLACK;
+    }
+    return inside * 360.0 / STEPS;
+}
+
+TEST_F(ClipCommand, KeepsOfEveryCircleAsMuchAsLiesInTheWindow)
+{
+    // Whole numbers, so that many pass through corners or touch a side; pieces are told apart by their
+    // centre and radius.
+    std::string circles;
+    std::map<std::vector<double>, double> degrees;
+    for (const int radius : {1, 2, 5, 10})
+        for (int x = -6; x <= 16; ++x)
+            for (int y = -6; y <= 16; ++y) {
+                circles += "0 CIRCLE|8 A|10 " + std::to_string(x) + "|20 " + std::to_string(y) + "|40 "
+                           + std::to_string(radius) + "|";
+                degrees[{double(x), double(y), double(radius)}] = 0;
+            }
+    // Arcs of other circles: a quarter that touches a side in its middle, and what touches a corner of a full
+    // turn.
+    circles += "0 ARC|8 A|10 -3|20 5|40 3|50 -45|51 45|0 ARC|8 A|10 13|20 14|40 5|50 0|51 360";
+    Write("in.dxf", Drawing(circles, LAYERS));
+    for (const json& piece : Edited("clip --window 0,0,10,10")) {
+        const auto key = std::vector<double>{piece["center"][0], piece["center"][1], piece["radius"]};
+        ASSERT_TRUE(degrees.count(key)) << piece;
+        double sweep = 360;
+        if (piece["kind"] == "ARC")
+            sweep = piece["end_angle"].get<double>() - piece["start_angle"].get<double>();
+        degrees[key] += sweep > 0 ? sweep : sweep + 360;
+    }
+    for (const auto& [circle, sum] : degrees)
+        EXPECT_NEAR(sum, VisibleDegrees(circle[0], circle[1], circle[2]), 0.5)
+            << circle[0] << ", " << circle[1] << " radius " << circle[2];
 }
 
 TEST_F(ClipCommand, PlainlyFollowsTheRulesOfTheLibrary)
