@@ -58,9 +58,9 @@ bool Drawing::Read(const std::wstring& file, const ReadOptions& options)
 bool Drawing::ReadDxf(const ReadOptions& options)
 {
     DXFFile reader;
-    reader.SetBlocksUseDocumentLayers(options.blocksUseLayers);
-    reader.SetExtrusionsToWorld(options.blocksUseLayers);
-    reader.SetFitsTexts(options.blocksUseLayers);
+    reader.SetBlocksUseDocumentLayers(options.asShown);
+    reader.SetExtrusionsToWorld(options.asShown);
+    reader.SetFitsTexts(options.asShown);
     ErrorString result = true;
     {
         const Progress progress("reading", [&reader] {

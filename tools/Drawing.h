@@ -14,7 +14,7 @@
 struct ReadOptions {
     /// Entities of blocks take what they do not say themselves from the drawing's layers, as other programs
     /// have it, and entities of the plane are taken from object coordinates to the world.
-    bool blocksUseLayers = false;
+    bool asShown = false;
     /// Models become drawings in this way; without it they are refused.
     std::optional<ModelOptions> models = {};
 };

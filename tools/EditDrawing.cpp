@@ -137,7 +137,7 @@ int EditDrawing(const EditOptions& options, const Change& change)
     const std::wstring in = FromUtf8(options.in);
     const std::wstring out = FromUtf8(options.out);
     Drawing drawing;
-    if (!drawing.Read(in, {.blocksUseLayers = !options.plain, .models = options.models}))
+    if (!drawing.Read(in, {.asShown = !options.plain, .models = options.models}))
         return Interrupt::IsStopped() ? SayStopped() : Fail(in, drawing.Complaint());
     drawing.Warn();
     if (drawing.EndedEarly() && FileSystem::SameFile(in, out))

@@ -253,7 +253,7 @@ int Render(const Options& options)
 {
     const std::wstring in = FromUtf8(options.in);
     Drawing drawing;
-    if (!drawing.Read(in, {.blocksUseLayers = !options.plain}))
+    if (!drawing.Read(in, {.asShown = !options.plain}))
         return Interrupt::IsStopped() ? SayStopped() : Fail(in, drawing.Complaint());
     drawing.Warn();
     if (!options.layers.empty()) ShowLayers(drawing, options.layers, true);
