@@ -1,16 +1,27 @@
 #include "support/CRCFile.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <iterator>
 #include <limits>
+#include <string_view>
 
 namespace {
 
-/// Modes are of ASCII characters; any other character gives a mode that no file is opened with.
-std::string NarrowMode(const wchar_t* mode)
+/// The mode for binary files that stands for one of the C library: "r", "w" or "a", then "+" and "b" or "t"
+/// in any order, none twice. Empty for anything else.
+std::string BinaryMode(const wchar_t* mode)
 {
-    std::string narrow;
-    for (; mode && *mode; ++mode) narrow += *mode < 0x80 ? static_cast<char>(*mode) : '?';
-    return narrow;
+    const std::wstring_view text(mode ? mode : L"");
+    const std::wstring_view rest = text.substr(std::min<std::size_t>(text.size(), 1));
+    const auto count = [rest](wchar_t c) {
+        return std::count(rest.begin(), rest.end(), c);
+    };
+    const auto plus = count(L'+');
+    const auto letters = count(L'b') + count(L't');
+    const bool isKnown = !text.empty() && std::wstring_view(L"rwa").find(text[0]) != std::wstring_view::npos;
+    if (!isKnown || plus > 1 || letters > 1 || plus + letters != std::ssize(rest)) return {};
+    return std::string(1, static_cast<char>(text[0])) + (plus == 1 ? "b+" : "b");
 }
 
 } // namespace
@@ -19,11 +30,11 @@ ErrorString CRCFile::Open(const std::wstring& name, const wchar_t* mode)
 {
     m_File.Close();
     m_Checksum = CRCChecksum();
-    const std::string narrow = NarrowMode(mode);
-    if (m_File.Open(name, narrow.c_str())) return true;
+    const std::string binary = BinaryMode(mode);
+    if (m_File.Open(name, binary.c_str())) return true;
 
     ErrorString error(Message::ErrorOpeningFile);
-    error << name << (narrow == "rb" ? Message::ForReading : Message::ForWriting);
+    error << name << (binary == "rb" ? Message::ForReading : Message::ForWriting);
     if (!m_File.Reason().empty()) error << L" (" << m_File.Reason() << L")";
     return error;
 }

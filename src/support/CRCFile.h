@@ -9,8 +9,9 @@
 /// A binary file that keeps a checksum of the bytes that pass through it. Closing appends nothing.
 class HALYARD_API CRCFile {
 public:
-    /// Mode as in the C library ("rb", "wb+", ...). A file that cannot be opened is a failure whose text
-    /// names it and says why. An open file is closed first; the checksum starts anew.
+    /// Mode as in the C library ("rb", "w+", ...); one for text is as one for bytes. A file that cannot be
+    /// opened is a failure whose text names it and says why. An open file is closed first; the checksum
+    /// starts anew.
     ErrorString Open(const std::wstring& name, const wchar_t* mode);
     /// Number of whole items transferred; the bytes transferred are folded into the checksum.
     std::size_t Read(void* buffer, std::size_t size, std::size_t count);

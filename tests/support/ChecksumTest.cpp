@@ -165,15 +165,57 @@ TEST(CRCFile, SeeksFromStartPositionAndEnd)
     EXPECT_EQ(file.Tell(), 9U);
 }
 
+TEST(CRCFile, TakesTheModesOfTheCLibrary)
+{
+    struct Row {
+        const wchar_t* mode;
+        bool isNewAllowed;   ///< the file need not exist
+        const char* content; ///< of a file that held "old" after "+" has been written
+        bool isRead;
+    };
+    const Row ROWS[] = {
+        {L"r", false, "old", true},   {L"rb", false, "old", true},  {L"rt", false, "old", true},
+        {L"r+", false, "+ld", true},  {L"r+b", false, "+ld", true}, {L"rb+", false, "+ld", true},
+        {L"rt+", false, "+ld", true}, {L"r+t", false, "+ld", true}, {L"w", true, "+", false},
+        {L"wb", true, "+", false},    {L"wt", true, "+", false},    {L"w+", true, "+", true},
+        {L"w+b", true, "+", true},    {L"wb+", true, "+", true},    {L"wt+", true, "+", true},
+        {L"a", true, "old+", false},  {L"ab", true, "old+", false}, {L"at", true, "old+", false},
+        {L"a+", true, "old+", true},  {L"a+b", true, "old+", true}, {L"ab+", true, "old+", true},
+    };
+    for (const Row& row : ROWS) {
+        TemporaryFile place;
+        CRCFile file;
+        EXPECT_EQ(!file.Open(place.Name(), row.mode), !row.isNewAllowed) << row.mode;
+        ASSERT_TRUE(file.Open(place.Name(), L"w"));
+        ASSERT_EQ(file.Write("old", 1, 3), 3U);
+        ASSERT_TRUE(file.Open(place.Name(), row.mode)) << row.mode;
+        file.Write("+", 1, 1);
+        char byte;
+        EXPECT_EQ(file.Seek(0, SEEK_SET) && file.Read(&byte, 1, 1) == 1, row.isRead) << row.mode;
+        file.Close();
+        EXPECT_EQ(place.Content(), row.content) << row.mode;
+    }
+    TemporaryFile place;
+    for (const wchar_t* bad :
+         {L"", L"b", L"x", L"+r", L"rw", L"r++", L"wbt", L"wbb", L"R", L"w ", L"w\x0162"}) {
+        EXPECT_FALSE(CRCFile().Open(place.Name(), bad)) << bad;
+        EXPECT_FALSE(std::filesystem::exists(place.Name())) << bad;
+    }
+}
+
 TEST(CRCFile, SaysWhichFileWouldNotOpen)
 {
     CRCFile file;
     const std::wstring name = L"no such folder/plan.plt";
-    const ErrorString reading = file.Open(name, L"rb");
-    EXPECT_FALSE(reading);
-    EXPECT_EQ(reading.Text().find(L"Error opening file \"" + name + L"\" for reading!"), 0U);
-    EXPECT_EQ(ErrorString::LastError().Text(), reading.Text());
-    EXPECT_EQ(file.Open(name, L"wb").Text().find(L"Error opening file \"" + name + L"\" for writing!"), 0U);
+    const auto start = [&](const wchar_t* mode) {
+        const ErrorString result = file.Open(name, mode);
+        EXPECT_EQ(ErrorString::LastError().Text(), result.Text());
+        return result.Text().substr(0, result.Text().find(L'!'));
+    };
+    for (const wchar_t* mode : {L"rb", L"r", L"rt"})
+        EXPECT_EQ(start(mode), L"Error opening file \"" + name + L"\" for reading") << mode;
+    for (const wchar_t* mode : {L"wb", L"w", L"r+", L"a"})
+        EXPECT_EQ(start(mode), L"Error opening file \"" + name + L"\" for writing") << mode;
     EXPECT_FALSE(file.Open(name, nullptr));
 }
 
