@@ -17,7 +17,7 @@ public:
     ErrorString(const wchar_t* text);
     ErrorString(const std::wstring& text);
     /// A failure with a text of the message table, by its number; an unknown number gives an empty text.
-    explicit ErrorString(int messageNumber);
+    ErrorString(int messageNumber);
     explicit ErrorString(Message message);
     /// Narrow texts would count as true.
     ErrorString(const char*) = delete;

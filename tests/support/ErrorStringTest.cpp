@@ -21,6 +21,27 @@ TEST(ErrorString, IsASuccessOrAFailureWithItsText)
     EXPECT_TRUE(!ErrorString(false));
 }
 
+/// A number is that of a message, never a truth value.
+TEST(ErrorString, IsMadeOfWhatAFunctionReturns)
+{
+    const auto number = []() -> ErrorString {
+        return 11762;
+    };
+    EXPECT_TRUE(!number());
+    EXPECT_EQ(number().Text(), L"Layer not found");
+    const ErrorString assigned = 1;
+    EXPECT_TRUE(!assigned);
+    const auto truth = [](bool isDone) -> ErrorString {
+        return isDone;
+    };
+    EXPECT_TRUE(truth(true));
+    EXPECT_FALSE(truth(false));
+    const auto text = []() -> ErrorString {
+        return L"broken";
+    };
+    EXPECT_EQ(text().Text(), L"broken");
+}
+
 TEST(ErrorString, IsPutTogetherFromPieces)
 {
     ErrorString error(Message::ErrorLine);
