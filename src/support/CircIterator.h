@@ -17,6 +17,12 @@ public:
         m_Index = m_Index + 1 == m_Ring->size() ? 0 : m_Index + 1;
         return *this;
     }
+    CircIterator operator++(int)
+    {
+        const CircIterator before = *this;
+        ++*this;
+        return before;
+    }
     /// So many positions back; negative numbers go forward.
     CircIterator operator-(int steps) const
     {

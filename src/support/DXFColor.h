@@ -12,6 +12,7 @@ public:
     explicit DXFColor(int index);
     /// From a device colour word; bits above the low 24 are dropped.
     explicit DXFColor(unsigned long rgb);
+    explicit DXFColor(unsigned int rgb) : DXFColor(static_cast<unsigned long>(rgb)) {}
 
     /// The table's index: of an exact match the lowest, otherwise of the entry with the smallest squared
     /// distance in RGB (the lowest index among equals). Repeated colours cost one look-up.

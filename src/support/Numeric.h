@@ -28,6 +28,8 @@ inline double Epsilon(double magnitude)
 
 namespace MATH {
 
+using ::Epsilon;
+
 /// The tolerance for a pair: that of the larger magnitude.
 inline double PairEpsilon(double a, double b)
 {

@@ -85,6 +85,8 @@ TEST(DXFColor, IndexIsKeptAndThatOfAColorIsTheLowest)
     EXPECT_EQ(DXFColor(10).Index(), 10);
     EXPECT_EQ(DXFColor(0x0000FFUL).Index(), 1) << "red is 1, 10 too";
     EXPECT_EQ(DXFColor(0xFFFFFFUL).Index(), 7) << "white is 7, 255 too";
+    EXPECT_EQ(DXFColor(0xFF0000U).Index(), 5) << "without a sign it is a colour word: blue is the high byte";
+    EXPECT_EQ(DXFColor(7U), 7UL);
     EXPECT_EQ(DXFColor(0xAB000000UL).Index(), 0) << "bits above the colour do not count";
     for (const int outside : {-1, 256, 1000000}) EXPECT_EQ(DXFColor(outside).Index(), 0);
 }

@@ -284,6 +284,9 @@ TEST(CircIterator, WrapsAtBothEnds)
     CircIterator it(ring, 2);
     EXPECT_EQ(*it, 30);
     EXPECT_EQ(*++it, 10);
+    EXPECT_EQ(*it++, 10);
+    EXPECT_EQ(*it, 20);
+    it = it - 1;
     EXPECT_EQ(*(it - 1), 30);
     EXPECT_EQ(*(it - 7), 30);
     EXPECT_EQ(*(it - -4), 20);

@@ -55,6 +55,7 @@ TEST(Numeric, ComparisonsTolerateTheTenthDigit)
     EXPECT_FALSE(MATH::less(1, 1 + 5e-11));
     EXPECT_TRUE(MATH::less(1, 1 + 5e-10));
     EXPECT_DOUBLE_EQ(Epsilon(-2000), 2e-7);
+    EXPECT_DOUBLE_EQ(MATH::Epsilon(5.0), 5e-10);
 }
 
 TEST(Numeric, InfinitiesEqualOnlyThemselvesAndNotANumberNothing)
