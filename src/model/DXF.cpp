@@ -146,23 +146,22 @@ bool DXF::HasLayer(const std::wstring& name) const
 
 DXFLayer* DXF::operator[](const wchar_t* name)
 {
-    return name ? (*this)[std::wstring(name)] : nullptr;
+    return std::as_const(*this)[name];
 }
 
-const DXFLayer* DXF::operator[](const wchar_t* name) const
+DXFLayer* DXF::operator[](const wchar_t* name) const
 {
     return name ? (*this)[std::wstring(name)] : nullptr;
 }
 
 DXFLayer* DXF::operator[](const std::wstring& name)
 {
-    DXFLayer* layer = Find(Name(name));
-    return layer && layer->Name() == name ? layer : nullptr;
+    return std::as_const(*this)[name];
 }
 
-const DXFLayer* DXF::operator[](const std::wstring& name) const
+DXFLayer* DXF::operator[](const std::wstring& name) const
 {
-    const DXFLayer* layer = Find(Name(name));
+    DXFLayer* layer = Find(Name(name));
     return layer && layer->Name() == name ? layer : nullptr;
 }
 
@@ -171,7 +170,7 @@ DXFLayer* DXF::operator[](const Name& name)
     return Find(name);
 }
 
-const DXFLayer* DXF::operator[](const Name& name) const
+DXFLayer* DXF::operator[](const Name& name) const
 {
     return Find(name);
 }

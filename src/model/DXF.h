@@ -3,10 +3,13 @@
 #include "model/DXFBlock.h"
 #include "model/DXFLayer.h"
 
+#include <concepts>
 #include <deque>
 #include <map>
 #include <set>
 #include <string>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 class DXFFile;
@@ -51,16 +54,28 @@ public:
     bool HasLayer(const HashedString<wchar_t>& name) const;
     bool HasLayer(const wchar_t* name) const;
     bool HasLayer(const std::wstring& name) const;
-    /// By name: only in its stored case, otherwise null. By hashed name: in any case. By position: not
-    /// checked.
+    /// By name: only in its stored case, otherwise null. By hashed name: in any case. By position: null for a
+    /// negative one, otherwise not checked.
     DXFLayer* operator[](const wchar_t* name);
-    const DXFLayer* operator[](const wchar_t* name) const;
+    DXFLayer* operator[](const wchar_t* name) const;
     DXFLayer* operator[](const std::wstring& name);
-    const DXFLayer* operator[](const std::wstring& name) const;
+    DXFLayer* operator[](const std::wstring& name) const;
     DXFLayer* operator[](unsigned long long position) { return m_Layers[position]; }
-    const DXFLayer* operator[](unsigned long long position) const { return m_Layers[position]; }
+    DXFLayer* operator[](unsigned long long position) const { return m_Layers[position]; }
+    template <std::integral T>
+    DXFLayer* operator[](T position)
+    {
+        return std::as_const(*this)[position];
+    }
+    template <std::integral T>
+    DXFLayer* operator[](T position) const
+    {
+        if constexpr (std::is_signed_v<T>)
+            if (position < 0) return nullptr;
+        return (*this)[static_cast<unsigned long long>(position)];
+    }
     DXFLayer* operator[](const HashedString<wchar_t>& name);
-    const DXFLayer* operator[](const HashedString<wchar_t>& name) const;
+    DXFLayer* operator[](const HashedString<wchar_t>& name) const;
 
     size_t NumLayers() const { return m_Layers.size(); }
     size_t NumBlocks() const { return m_Blocks.size(); }
@@ -91,9 +106,9 @@ public:
     bool HasBlock(const wchar_t* name) const;
     bool HasBlock(const std::wstring& name) const;
     DXFBlock* GetBlock(const wchar_t* name);
-    const DXFBlock* GetBlock(const wchar_t* name) const;
+    DXFBlock* GetBlock(const wchar_t* name) const;
     DXFBlock* GetBlock(const std::wstring& name);
-    const DXFBlock* GetBlock(const std::wstring& name) const;
+    DXFBlock* GetBlock(const std::wstring& name) const;
     /// Iteration in the order of names; false at the end.
     bool GetFirstBlock(BlockMap::const_iterator& block) const;
     bool GetFNextBlock(BlockMap::const_iterator& block) const;

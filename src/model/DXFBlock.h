@@ -37,7 +37,7 @@ public:
     void SetBlockTypeFlag(int flag) { m_BlockTypeFlag = flag; }
     unsigned int ModifiedID() const { return m_ModifiedID; }
     /// The block's own document; owned by the block, never null.
-    const DXF* GetDXF() const { return m_DXF.get(); }
+    DXF* GetDXF() const { return m_DXF.get(); }
     DXF* GetDXF() { return m_DXF.get(); }
 
     void Clear();

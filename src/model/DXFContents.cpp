@@ -193,7 +193,7 @@ DXFBlock* DXF::GetBlock(const wchar_t* name)
     return name ? GetBlock(std::wstring(name)) : nullptr;
 }
 
-const DXFBlock* DXF::GetBlock(const wchar_t* name) const
+DXFBlock* DXF::GetBlock(const wchar_t* name) const
 {
     return name ? GetBlock(std::wstring(name)) : nullptr;
 }
@@ -204,7 +204,7 @@ DXFBlock* DXF::GetBlock(const std::wstring& name)
     return found == m_Blocks.end() ? nullptr : found->second;
 }
 
-const DXFBlock* DXF::GetBlock(const std::wstring& name) const
+DXFBlock* DXF::GetBlock(const std::wstring& name) const
 {
     const auto found = m_Blocks.find(name);
     return found == m_Blocks.end() ? nullptr : found->second;

@@ -5,7 +5,9 @@
 
 #include <gmock/gmock.h>
 
+#include <limits>
 #include <memory>
+#include <utility>
 
 namespace {
 
@@ -53,9 +55,47 @@ TEST_F(Documents, LayersAreAddedOnce)
     EXPECT_EQ(document[L"walls"], nullptr);
     EXPECT_EQ(document[L"Walls"], walls);
     EXPECT_EQ(document[HashedString<wchar_t>(L"wALLS")], walls);
-    EXPECT_EQ(document[1], walls);
     EXPECT_FALSE(document.HasLayer(static_cast<const wchar_t*>(nullptr)));
     EXPECT_EQ(document[static_cast<const wchar_t*>(nullptr)], nullptr);
+}
+
+template <class Position>
+void ExpectAt(DXF& document, Position position, const DXFLayer* layer)
+{
+    EXPECT_EQ(document[position], layer);
+    EXPECT_EQ(std::as_const(document)[position], layer);
+}
+
+/// Also by a plain 0, which is a null name as well.
+TEST_F(Documents, LayersAreFoundByPositionsOfAnyIntegerType)
+{
+    DXF document;
+    DXFLayer* walls = document.AddLayer(L"Walls");
+    EXPECT_EQ(document[0], document[L"0"]);
+    EXPECT_EQ(std::as_const(document)[0], document[L"0"]);
+    EXPECT_EQ(document[0U], document[L"0"]);
+    ExpectAt(document, 1, walls);
+    ExpectAt(document, 1U, walls);
+    ExpectAt(document, 1L, walls);
+    ExpectAt(document, 1ULL, walls);
+    ExpectAt(document, std::size_t{1}, walls);
+    ExpectAt(document, static_cast<unsigned char>(1), walls);
+    ExpectAt(document, -1, nullptr);
+    ExpectAt(document, std::numeric_limits<long long>::min(), nullptr);
+}
+
+TEST_F(Documents, AConstOneGivesLayersAndBlocksThatCanBeChanged)
+{
+    DXF document;
+    DXFBlock* block = document.AddBlock(L"B");
+    const DXF& same = document;
+    for (DXFLayer* layer : {same[L"0"], same[std::wstring(L"0")], same[HashedString<wchar_t>(L"0")], same[0]})
+        layer->Add(new Probe);
+    EXPECT_EQ(document[L"0"]->NumEntities(), 4U);
+    DXFBlock* found = same.GetBlock(L"B");
+    EXPECT_EQ(found, block);
+    DXF* inner = std::as_const(*block).GetDXF();
+    EXPECT_EQ(inner, block->GetDXF());
 }
 
 TEST_F(Documents, FailuresHaveTheirTexts)
