@@ -1,5 +1,7 @@
 #include "model/DXF.h"
 
+#include "model/BlockBoxes.h"
+
 #include <algorithm>
 #include <limits>
 #include <string_view>
@@ -318,10 +320,7 @@ void DXF::Draw(DXFWriter& writer, const GTL::Extents2D<double>& view,
 
 GTL::Extents3D<double> DXF::Extents()
 {
-    const LockHold hold(m_Lock);
-    GTL::Extents3D<double> box;
-    for (const DXFLayer* layer : m_Layers) box.Update(layer->Extents());
-    return box;
+    return BlockBoxes().Compute(*this);
 }
 
 void DXF::Transform(const GTL::Transformation<GTL::Point3D<double>>& t, const std::atomic<bool>& keepGoing)

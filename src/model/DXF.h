@@ -20,7 +20,7 @@ class DXFFile;
 /// Names of layers are compared without regard to case, names of blocks with it. Copies of a document share
 /// its layers and blocks; the last document that holds one frees it. Extents, BringToFront, MoveToBack and
 /// SetLayerOrder take the document's lock; around everything else callers in several threads bracket with
-/// Lock and Unlock.
+/// Lock and Unlock. Extents also takes the locks of the blocks' documents that it needs, none within another.
 ///
 /// Long operations take a flag owned by the caller, which another thread may clear: they go on while it reads
 /// true.
@@ -134,6 +134,7 @@ public:
     void Unlock() const;
 
 private:
+    friend class BlockBoxes;
     friend class DXFFile;
     friend class DXFInsert;
     friend class DXFLayer;

@@ -28,7 +28,7 @@ void DXFBlock::Clear()
 
 const GTL::Extents3D<double>& DXFBlock::Extents() const
 {
-    if (!m_Extents.IsValid()) BlockBoxes().Compute(*this);
+    if (!BlockBoxes::KnownBox(*this).IsValid()) BlockBoxes::Keep(*this, m_DXF->Extents());
     return m_Extents;
 }
 

@@ -41,8 +41,8 @@ public:
     DXF* GetDXF() { return m_DXF.get(); }
 
     void Clear();
-    /// Box of the block's document, kept once it is known: fill a block before asking. A block that holds
-    /// inserts of itself, directly or through others, is empty inside itself.
+    /// Box of the block's document (DXF::Extents), kept once it is known: fill a block before asking. A block
+    /// that holds inserts of itself, directly or through others, is empty inside itself.
     const GTL::Extents3D<double>& Extents() const;
 
     /// For the host's bookkeeping; the library calls neither. DecRefCount is true when the count was 0 or has

@@ -122,11 +122,14 @@ void DXFLayer::Draw(DXFWriter& writer, const GTL::Extents2D<double>& view,
 const GTL::Extents3D<double>& DXFLayer::Extents() const
 {
     if (m_Extents.IsValid()) return m_Extents;
+    GTL::Extents3D<double> box;
     const Entities& queue = Queue();
     for (std::size_t i = 0; i < queue.size(); ++i) {
         FetchAhead(queue, i, queue.size());
-        m_Extents.Update(queue[i]->Extents());
+        box.Update(queue[i]->Extents());
     }
+    // Inserts of a block in itself may have had this box computed on their way.
+    if (!m_Extents.IsValid()) m_Extents = box;
     return m_Extents;
 }
 

@@ -112,6 +112,7 @@ protected:
     void SetShow(bool show) { m_Show = show; }
 
 private:
+    friend class BlockBoxes;
     friend class DXF;
     friend class DXFSolid;
     using Entities = std::deque<DXFEntity*>;
