@@ -163,14 +163,12 @@ private:
         m_Seen += shape.NumPoints();
         for (int i = 0; i < shape.NumPoints(); ++i) Inside(shape[i]);
     }
-    /// Vertices that are not numbers may stay where nothing had to be cut.
     void Inside(const P3& p) const
     {
-        const auto beyond = [](double value, double low, double high) {
-            return value < low - Epsilon(low) || value > high + Epsilon(high);
+        const auto within = [](double value, double low, double high) {
+            return value >= low - Epsilon(low) && value <= high + Epsilon(high);
         };
-        if (std::isnan(p.X()) || std::isnan(p.Y())) return;
-        if (beyond(p.X(), m_Window.xmin, m_Window.xmax) || beyond(p.Y(), m_Window.ymin, m_Window.ymax))
+        if (!within(p.X(), m_Window.xmin, m_Window.xmax) || !within(p.Y(), m_Window.ymin, m_Window.ymax))
             std::abort();
     }
 
