@@ -116,6 +116,7 @@ void Drawing::Note(const DXFFile& reader)
     m_Release = reader.Release();
     m_LineEnds = NameOf(reader.LineEnds());
     m_Skipped = reader.Skipped();
+    m_ChordedArcs = reader.ChordedArcs();
     m_EndedEarly = reader.Ending() == DXFFile::EARLY;
     if (m_EndedEarly)
         m_Warnings.push_back(L"reading ended early, at line " + std::to_wstring(reader.EndLine())

@@ -42,6 +42,8 @@ public:
     const std::map<std::wstring, std::uint64_t>& Skipped() const { return m_Skipped; }
     /// Reading ended before the end of the file.
     bool EndedEarly() const { return m_EndedEarly; }
+    /// Arcs of polylines in inclined planes that became chords when they were read.
+    std::uint64_t ChordedArcs() const { return m_ChordedArcs; }
     /// Sentences about what was passed over and how reading ended.
     const std::vector<std::wstring>& Warnings() const { return m_Warnings; }
     /// Writes the warnings to standard error.
@@ -64,4 +66,5 @@ private:
     std::map<std::wstring, std::uint64_t> m_Skipped;
     std::vector<std::wstring> m_Warnings;
     bool m_EndedEarly = false;
+    std::uint64_t m_ChordedArcs = 0;
 };

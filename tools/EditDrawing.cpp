@@ -57,6 +57,9 @@ std::optional<std::wstring> Prepare(Drawing& drawing, const EditOptions& options
     const bool toPlot = IsPlot(options.out);
     const Progress progress("preparing", [] { return Progress::State(); });
     const std::atomic<bool>& keepGoing = Interrupt::KeepGoing();
+    if (drawing.ChordedArcs() > 0)
+        Warn(drawing.File(), Counted(drawing.ChordedArcs(), L"arc", L"arcs")
+                                 + L" in polylines became chords: they lie in an inclined plane");
     InsertExploder::Report report;
     const bool explodes = !options.plain && !(toPlot && options.keepsInserts);
     if (explodes) report = InsertExploder().Explode(drawing.Document(), keepGoing);

@@ -91,6 +91,8 @@ public:
     const std::map<std::wstring, std::uint64_t>& Skipped() const { return m_Skipped; }
     /// The highest handle seen in the file.
     int HandleSeed() const { return m_HandleSeed; }
+    /// Segments of polylines whose bulge gave way to vertices (see SetExtrusionsToWorld).
+    std::uint64_t ChordedArcs() const { return m_ChordedArcs; }
 
     /// About the last writing: whether output failed (a full disk, ...), and why in one clause.
     bool WriteFailed() const { return m_Output.Failed(); }
@@ -238,6 +240,7 @@ private:
     std::wstring m_Release;
     std::map<std::wstring, std::uint64_t> m_Skipped;
     int m_HandleSeed = 0;
+    std::uint64_t m_ChordedArcs = 0;
     bool m_BlocksUseDocumentLayers = false;
     bool m_ExtrusionsToWorld = false;
     bool m_FitsTexts = false;

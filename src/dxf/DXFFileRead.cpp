@@ -125,6 +125,7 @@ ErrorString DXFFile::Read(const std::wstring& fileName, DXF& document, const std
     m_Release.clear();
     m_Skipped.clear();
     m_HandleSeed = 0;
+    m_ChordedArcs = 0;
     m_Done = 0;
     ClearDocument(document, clearAll);
     if (ErrorString opened = OpenRead(fileName); !opened) return opened;

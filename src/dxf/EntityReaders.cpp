@@ -42,6 +42,17 @@ GTL::Vector3D<double> ExtrusionOf(const GroupReader& groups)
     return {ParseDouble(groups.First(210)), ParseDouble(groups.First(220)), ParseDouble(groups.First(230))};
 }
 
+/// Segments with a bulge; the last vertex of an open chain begins none.
+std::uint64_t NumArcs(const DXFEntity& entity)
+{
+    const auto* polyline = dynamic_cast<const DXFPolyline*>(&entity);
+    if (!polyline || !polyline->GetPoly().HasBulges()) return 0;
+    const std::vector<GTL::Point3D<double>>& vertices = polyline->GetPoly().Vertices();
+    const bool closed = dynamic_cast<const DXFPolygon*>(polyline) != nullptr;
+    return static_cast<std::uint64_t>(std::count_if(vertices.begin(), vertices.end() - (closed ? 0 : 1),
+                                                    [](const auto& vertex) { return vertex.B() != 0; }));
+}
+
 /// Walks the values of one code in file order.
 class ValueList {
 public:
@@ -85,6 +96,7 @@ std::unique_ptr<DXFEntity> DXFFile::Mapped(std::unique_ptr<DXFEntity> entity, co
         return entity;
     }
     m_ReadState->pointsLeft -= placement.Points();
+    m_ChordedArcs += NumArcs(*entity) - NumArcs(*image);
     return image;
 }
 

@@ -226,6 +226,7 @@ TEST_F(EditCommands, SayInOneSentenceWhatCannotBeDone)
         {"layers --remove D", "there is no layer D"},
         {"layers --remove 0", "Layer \"0\" cannot be removed."},
         {"layers --rename A=B", "Cannot rename \"A\". Layer \"B\" already exists!"},
+        {"layers --rename \"A=x;y\"", "x;yis an Invalid layer name! Layer names may only consist of the following characters: A-Z 0-9 -_$"},
         {"layers --front A --order A,D", "there is no layer D"},
         {"transform --move 1,1 --layers A,D", "there is no layer D"},
     };

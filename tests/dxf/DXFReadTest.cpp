@@ -289,6 +289,14 @@ TEST(DXFRead, TakesEntitiesOfThePlaneToTheWorldWhenTold)
     EXPECT_NEAR(text.GetTextInfo().Rotation().Get(), 0, 1e-9);
     EXPECT_EQ(verticesOf(3), std::vector{P(1, 2)}) << "a polyline of space has world coordinates";
     EXPECT_EQ(verticesOf(4), std::vector{P(-1, 2)});
+    EXPECT_EQ(reading.file.ChordedArcs(), 0U);
+    // The half circle lies upright, and is a line when seen from above.
+    Reading upright(Entities("0 LWPOLYLINE|8 A|10 1|20 0|42 1|10 3|20 0|210 0|220 -1|230 0"), true, false, true);
+    EXPECT_EQ(upright.file.ChordedArcs(), 1U);
+    const auto* chords = upright.Only<DXFPolyline>();
+    EXPECT_GT(chords->NumPoints(), 10);
+    EXPECT_NEAR(chords->Extents().MinPnt().Z(), -1, 1e-3);
+    EXPECT_NEAR(chords->Extents().MaxPnt().Y(), 0, 1e-12);
     Reading asItStands(Entities(list));
     EXPECT_EQ(dynamic_cast<const DXFPolyline&>(*(*asItStands.document[L"A"])[0]).GetPoly().Vertices()[1], P(3, 2, 5));
 }

@@ -71,7 +71,7 @@ def check_chords(program, path, folder):
         return f"convert failed: {result.stderr.decode('utf-8', 'replace')}"
     expected = arcs(dump(program, path))
     said = [line for line in result.stderr.decode("utf-8", "replace").splitlines() if "became chords" in line]
-    number = int(said[0].split("warning: ")[1].split()[0]) if said else 0
+    number = sum(int(line.split("warning: ")[1].split()[0]) for line in said)
     if number != expected:
         return f"{expected} arcs of polylines, and {number} said to have become chords"
     run(program, "convert", once, twice)
