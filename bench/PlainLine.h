@@ -6,7 +6,8 @@
 #include <cstdint>
 #include <cstdlib>
 
-/// The textbook's loop: what a device cannot go below. Both ends lie in the bitmap; the last pixel is left out.
+/// The textbook's loop: what a device cannot go below. Both ends lie in the bitmap; the last pixel is left
+/// out.
 inline void PlainLine(CBitmap& bitmap, CPoint a, CPoint b, std::uint32_t pixel)
 {
     const int stride = bitmap.Width();

@@ -1,5 +1,6 @@
-// Reading DXF files into a document, beside a plain loop that reads blocks, finds lines, parses codes and doubles and builds
-// nothing. The files are named by HALYARD_BENCH_FILES, separated by ":"; scripts/bench makes them.
+// Reading DXF files into a document, beside a plain loop that reads blocks, finds lines, parses codes and
+// doubles and builds nothing. The files are named by HALYARD_BENCH_FILES, separated by ":"; scripts/bench
+// makes them.
 
 #include "dxf/DXFFile.h"
 #include "model/DXF.h"
@@ -98,8 +99,10 @@ const int REGISTERED = [] {
     std::istringstream list(names ? names : "");
     for (std::string name; std::getline(list, name, ':');) {
         const std::string base = name.substr(name.find_last_of('/') + 1);
-        benchmark::RegisterBenchmark(("PlainLoop/" + base).c_str(), BenchPlainLoop, name)->Unit(benchmark::kMillisecond);
-        benchmark::RegisterBenchmark(("DXFRead/" + base).c_str(), BenchRead, name)->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark(("PlainLoop/" + base).c_str(), BenchPlainLoop, name)
+            ->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark(("DXFRead/" + base).c_str(), BenchRead, name)
+            ->Unit(benchmark::kMillisecond);
     }
     return 0;
 }();

@@ -9,8 +9,7 @@ static void MeasureText(benchmark::State& state)
 {
     const FontFace& face = FindFont(L"Arial", false, false);
     const std::wstring text = L"Halle 12, EG \u00D8 4";
-    for (auto _ : state)
-        benchmark::DoNotOptimize(face.Width(text));
+    for (auto _ : state) benchmark::DoNotOptimize(face.Width(text));
     state.SetItemsProcessed(state.iterations());
 }
 BENCHMARK(MeasureText);
@@ -19,8 +18,7 @@ BENCHMARK(MeasureText);
 static void FindSameFont(benchmark::State& state)
 {
     const std::wstring name = L"ARIAL|B0|I0|C0|P34";
-    for (auto _ : state)
-        benchmark::DoNotOptimize(&FindFont(name, false, false));
+    for (auto _ : state) benchmark::DoNotOptimize(&FindFont(name, false, false));
 }
 BENCHMARK(FindSameFont);
 
@@ -29,8 +27,7 @@ static void FindFontsInTurn(benchmark::State& state)
 {
     const std::wstring names[] = {L"ARIAL|B0|I0|C0|P34", L"txt.shx"};
     std::size_t i = 0;
-    for (auto _ : state)
-        benchmark::DoNotOptimize(&FindFont(names[++i & 1], false, false));
+    for (auto _ : state) benchmark::DoNotOptimize(&FindFont(names[++i & 1], false, false));
 }
 BENCHMARK(FindFontsInTurn);
 

@@ -1,5 +1,5 @@
-// Reads any bytes as a DXF file, then does with the document what a host would: asks for its boxes, walks it, copies a layer,
-// writes it and reads it back, which must never fail.
+// Reads any bytes as a DXF file, then does with the document what a host would: asks for its boxes, walks it,
+// copies a layer, writes it and reads it back, which must never fail.
 
 #include "dxf/DXFFile.h"
 #include "model/DXFText.h"
@@ -20,7 +20,8 @@ const std::atomic<bool> GO{true};
 std::filesystem::path Scratch(const char* name)
 {
     static const std::filesystem::path folder = [] {
-        auto path = std::filesystem::temp_directory_path() / ("dxf_fuzz_" + std::to_string(std::random_device()()));
+        auto path =
+            std::filesystem::temp_directory_path() / ("dxf_fuzz_" + std::to_string(std::random_device()()));
         std::filesystem::create_directories(path);
         return path;
     }();
@@ -60,7 +61,8 @@ void Walk(DXF& document)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size)
 {
     const std::filesystem::path input = Scratch("input.dxf");
-    std::ofstream(input, std::ios::binary).write(reinterpret_cast<const char*>(bytes), static_cast<std::streamsize>(size));
+    std::ofstream(input, std::ios::binary)
+        .write(reinterpret_cast<const char*>(bytes), static_cast<std::streamsize>(size));
     DXF document;
     DXFText::s_FontTable.clear();
     // Half of the inputs as the program reads them to show them.
@@ -73,7 +75,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     Walk(document);
     (void)Written(document, "first.dxf");
     DXF again;
-    if (!again.Read(FromUtf8(Scratch("first.dxf").string()), GO, true)) std::abort(); // our own files always read
+    if (!again.Read(FromUtf8(Scratch("first.dxf").string()), GO, true))
+        std::abort(); // our own files always read
     (void)Written(again, "second.dxf");
     return 0;
 }

@@ -42,7 +42,8 @@ std::optional<GTL::Extents2D<double>> BoxOf(std::string_view text)
 CLI::Option* AddStepOption(CLI::App& command, const std::string& name, const std::string& form,
                            const std::string& help)
 {
-    const auto keepText = [](const std::vector<std::string>&) {};
+    const auto keepText = [](const std::vector<std::string>&) {
+    };
     return command.add_option_function<std::vector<std::string>>(name, keepText, help)
         ->type_name(form)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)

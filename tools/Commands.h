@@ -20,4 +20,4 @@ void AddRender(CLI::App& program, int& status);
 
 /// All commands, in the order of the help text.
 inline constexpr std::array<AddCommand, 7> COMMANDS = {AddInfo,      AddDump,   AddConvert, AddClip,
-                                                         AddTransform, AddLayers, AddRender};
+                                                       AddTransform, AddLayers, AddRender};

@@ -141,10 +141,10 @@ void Drawing::Note(const PlotFile& reader)
     if (reader.Ending() == PlotFile::END_OF_DATA)
         m_Warnings.push_back(L"the file ends without its end mark; it may have been cut short");
     if (reader.UnknownRecords() > 0)
-        m_Warnings.push_back(L"skipped: " + std::to_wstring(reader.UnknownRecords())
-                             + (reader.UnknownRecords() == 1 ? L" record of an unknown kind"
-                                                             : L" records of unknown kinds")
-                             + L"; what follows may be misread");
+        m_Warnings.push_back(
+            L"skipped: " + std::to_wstring(reader.UnknownRecords())
+            + (reader.UnknownRecords() == 1 ? L" record of an unknown kind" : L" records of unknown kinds")
+            + L"; what follows may be misread");
 }
 
 void Drawing::Warn() const

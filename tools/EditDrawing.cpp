@@ -42,8 +42,9 @@ void WarnOf(const PlotForm& form, const std::wstring& file)
         Warn(file, Counted(form.flattened, L"arc", L"arcs")
                        + L" in polylines became straight lines: chords would have been too many");
     if (form.otherLooks > 0)
-        Warn(file, Counted(form.otherLooks, L"insert does", L"inserts do")
-                       + L" not show the look of the layer: in a plot file a block looks the same everywhere");
+        Warn(file,
+             Counted(form.otherLooks, L"insert does", L"inserts do")
+                 + L" not show the look of the layer: in a plot file a block looks the same everywhere");
 }
 
 bool IsPlot(const std::string& name)
@@ -94,9 +95,7 @@ std::optional<std::wstring> WritePlot(Drawing& drawing, const std::wstring& file
 {
     PlotFile writer;
     writer.SetKeepGoing(Interrupt::KeepGoing());
-    const Progress progress("writing", [&writer] {
-        return Progress::State{writer.Done(), writer.Total()};
-    });
+    const Progress progress("writing", [&writer] { return Progress::State{writer.Done(), writer.Total()}; });
     if (const ErrorString result = writer.Write(file, &drawing.Document()); !result)
         return L"cannot be written: " + (writer.WriteFailed() ? writer.WriteFailReason() : result.Text());
     return {};

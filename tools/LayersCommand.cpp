@@ -139,7 +139,9 @@ void AddLayers(CLI::App& program, int& status)
                     "  halyard layers --rename WALL=WALLS --front TEXT plan.dxf out.dxf");
     const auto options = std::make_shared<LayersOptions>();
     AddEditOptions(*command, options->edit);
-    AddStep(*command, *options, "--rename", Rename, "OLD=NEW", "Give a layer another name; it keeps its place")->check(CheckRename);
+    AddStep(*command, *options, "--rename", Rename, "OLD=NEW",
+            "Give a layer another name; it keeps its place")
+        ->check(CheckRename);
     AddStep(*command, *options, "--remove", Remove, "NAME", "Remove a layer with its entities");
     AddStep(*command, *options, "--front", ToFront, "NAME", "Draw a layer last, over all others");
     AddStep(*command, *options, "--back", ToBack, "NAME", "Draw a layer first, under all others");
@@ -150,7 +152,7 @@ void AddLayers(CLI::App& program, int& status)
                                          [](const auto& step) { return step.first->count() > 0; });
         if (!hasStep)
             throw CLI::RequiredError("At least one of --rename, --remove, --front, --back and --order");
-        status = EditDrawing(options->edit,
-                             [&](Drawing& drawing) { return Apply(*command, *options, drawing); });
+        status =
+            EditDrawing(options->edit, [&](Drawing& drawing) { return Apply(*command, *options, drawing); });
     });
 }

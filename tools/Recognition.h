@@ -11,8 +11,8 @@ enum class MODEL { IN_3DS, SKETCHUP };
 
 /// What the first bytes of a file show.
 struct Recognition {
-    std::optional<FORMAT> format; ///< none: not a drawing that the program reads
-    std::wstring complaint;       ///< why not: a clause that follows the file's name
+    std::optional<FORMAT> format;    ///< none: not a drawing that the program reads
+    std::wstring complaint;          ///< why not: a clause that follows the file's name
     std::optional<MODEL> model = {}; ///< no drawing, but a model
     bool isUnknown = false;          ///< the bytes are those of no kind of file that is known
 };

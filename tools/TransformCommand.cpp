@@ -59,7 +59,10 @@ std::optional<Map> ScaleOf(const std::string& text)
     const auto scale = NumberAtPlaceOf(text);
     if (!scale || scale->number <= 0) return std::nullopt;
     const double factor = scale->number;
-    return Map().Translate(-scale->x, -scale->y, 0).Scale(factor, factor, factor).Translate(scale->x, scale->y, 0);
+    return Map()
+        .Translate(-scale->x, -scale->y, 0)
+        .Scale(factor, factor, factor)
+        .Translate(scale->x, scale->y, 0);
 }
 
 /// The steps in the order in which they stand on the command line, as one map.
@@ -91,8 +94,8 @@ void AddStep(CLI::App& command, TransformOptions& options, const char* name, Ste
 {
     CLI::Option* option = AddStepOption(command, name, form, help);
     option->check([step, example](const std::string& text) {
-            return step(text) ? "" : text + " is not of the form of " + example;
-        });
+        return step(text) ? "" : text + " is not of the form of " + example;
+    });
     options.steps.emplace(option, step);
 }
 

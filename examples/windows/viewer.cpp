@@ -1,7 +1,7 @@
 // A window that shows a drawing:  viewer FILE.dxf [--screenshot FILE.png]
 //
-// The wheel zooms about the mouse, the left button drags. The view keeps its picture: moving another window over this
-// one costs a copy. With --screenshot the window is shown once, saved as a picture and closed.
+// The wheel zooms about the mouse, the left button drags. The view keeps its picture: moving another window
+// over this one costs a copy. With --screenshot the window is shown once, saved as a picture and closed.
 #include <windows.h>
 
 #include <shellapi.h>
@@ -23,7 +23,7 @@ constexpr unsigned long BACKGROUND = RGB(24, 28, 34);
 struct Window {
     DXF drawing;
     NewWinDXF view{&drawing};
-    double x = 0;     ///< The drawing's place in the middle of the window, in drawing units.
+    double x = 0; ///< The drawing's place in the middle of the window, in drawing units.
     double y = 0;
     double scale = 0; ///< Drawing units a pixel.
     POINT grip = {};  ///< Where the mouse was while dragging.
@@ -43,7 +43,8 @@ void ShowAll(Window& window, const CRect& rect)
     if (!box.IsValid() || rect.IsRectEmpty()) return;
     window.x = (box.MinX() + box.MaxX()) / 2;
     window.y = (box.MinY() + box.MaxY()) / 2;
-    window.scale = 1.05 * std::fmax((box.MaxX() - box.MinX()) / rect.Width(), (box.MaxY() - box.MinY()) / rect.Height());
+    window.scale =
+        1.05 * std::fmax((box.MaxX() - box.MinX()) / rect.Width(), (box.MaxY() - box.MinY()) / rect.Height());
     if (!(window.scale > 0)) window.scale = 1;
 }
 
@@ -97,15 +98,24 @@ LRESULT CALLBACK Answer(HWND handle, UINT message, WPARAM word, LPARAM value)
     if (!window) return DefWindowProcW(handle, message, word, value);
     const POINT mouse = {static_cast<short>(LOWORD(value)), static_cast<short>(HIWORD(value))};
     switch (message) {
-    case WM_PAINT: return Paint(*window, handle), 0;
-    case WM_ERASEBKGND: return 1;
-    case WM_SIZE: return InvalidateRect(handle, nullptr, FALSE), 0;
-    case WM_MOUSEWHEEL: return Zoom(*window, handle, mouse, static_cast<short>(HIWORD(word))), 0;
-    case WM_LBUTTONDOWN: return SetCapture(handle), window->grip = mouse, 0;
-    case WM_LBUTTONUP: return ReleaseCapture(), 0;
-    case WM_MOUSEMOVE: return (word & MK_LBUTTON) != 0 ? Drag(*window, handle, mouse) : void(), 0;
-    case WM_DESTROY: return PostQuitMessage(0), 0;
-    default: return DefWindowProcW(handle, message, word, value);
+    case WM_PAINT:
+        return Paint(*window, handle), 0;
+    case WM_ERASEBKGND:
+        return 1;
+    case WM_SIZE:
+        return InvalidateRect(handle, nullptr, FALSE), 0;
+    case WM_MOUSEWHEEL:
+        return Zoom(*window, handle, mouse, static_cast<short>(HIWORD(word))), 0;
+    case WM_LBUTTONDOWN:
+        return SetCapture(handle), window->grip = mouse, 0;
+    case WM_LBUTTONUP:
+        return ReleaseCapture(), 0;
+    case WM_MOUSEMOVE:
+        return (word & MK_LBUTTON) != 0 ? Drag(*window, handle, mouse) : void(), 0;
+    case WM_DESTROY:
+        return PostQuitMessage(0), 0;
+    default:
+        return DefWindowProcW(handle, message, word, value);
     }
 }
 } // namespace

@@ -26,9 +26,9 @@ struct FixedGroup;
 
 /// Reader and writer of DXF exchange files: reads all text releases, writes AC1014. Used by one thread.
 ///
-/// A DXF file is a sequence of pairs of lines, a group code and a value. Code 0 begins an object and names it. Text is one
-/// byte to one character of the same value; lines end with CR LF or LF and hold at most 511 characters.
-/// The flag keepGoing belongs to the caller, who may clear it in another thread to stop the work.
+/// A DXF file is a sequence of pairs of lines, a group code and a value. Code 0 begins an object and names
+/// it. Text is one byte to one character of the same value; lines end with CR LF or LF and hold at most 511
+/// characters. The flag keepGoing belongs to the caller, who may clear it in another thread to stop the work.
 class HALYARD_API DXFFile : public DXFWriter {
 public:
     /// The largest group code accepted.
@@ -36,12 +36,12 @@ public:
 
     /// How reading ended.
     enum ENDING {
-        NOT_READ,      ///< nothing read yet, or the file could not be opened
-        EOF_OBJECT,    ///< at the EOF object
-        END_OF_DATA,   ///< the data end between two objects, without an EOF object
-        STOPPED,       ///< the caller's flag
-        EARLY,         ///< within an object: see EndLine and EndReason; what was read before it is kept
-        FAILED,        ///< with an error
+        NOT_READ,    ///< nothing read yet, or the file could not be opened
+        EOF_OBJECT,  ///< at the EOF object
+        END_OF_DATA, ///< the data end between two objects, without an EOF object
+        STOPPED,     ///< the caller's flag
+        EARLY,       ///< within an object: see EndLine and EndReason; what was read before it is kept
+        FAILED,      ///< with an error
     };
     /// Kinds of line ends seen.
     enum LINEENDS { NO_LINEENDS, LF, CR_LF, MIXED };
@@ -52,30 +52,34 @@ public:
     DXFFile& operator=(const DXFFile&) = delete;
 
     ErrorString OpenRead(const std::wstring& fileName);
-    /// Replaces the contents of the document by those of the file. With clearAll the whole document is cleared first,
-    /// otherwise only the contents of its layers. On failure, or when the flag stopped it, the document is cleared in the
-    /// same way; being stopped is a success. Data that break off end the reading with what was whole: an object cut
-    /// short at the end of the data is dropped when there are entities before it.
-    ErrorString Read(const std::wstring& fileName, DXF& document, const std::atomic<bool>& keepGoing, bool clearAll);
-    /// Writes the whole document. Only a file that cannot be opened is a failure; what happens to the output later is
-    /// kept for WriteFailed. When the flag is cleared the file is completed without the rest of the entities.
+    /// Replaces the contents of the document by those of the file. With clearAll the whole document is
+    /// cleared first, otherwise only the contents of its layers. On failure, or when the flag stopped it, the
+    /// document is cleared in the same way; being stopped is a success. Data that break off end the reading
+    /// with what was whole: an object cut short at the end of the data is dropped when there are entities
+    /// before it.
+    ErrorString Read(const std::wstring& fileName, DXF& document, const std::atomic<bool>& keepGoing,
+                     bool clearAll);
+    /// Writes the whole document. Only a file that cannot be opened is a failure; what happens to the output
+    /// later is kept for WriteFailed. When the flag is cleared the file is completed without the rest of the
+    /// entities.
     ErrorString Write(const std::wstring& fileName, DXF& document, const std::atomic<bool>& keepGoing);
 
     /// Above 0 the writer adds true colours (code 420) beside colour indices. 0 when new.
     void SetExportMode(int mode) { m_ExportMode = mode; }
-    /// When set, layers that reading creates inside a block take the attributes of the document's layer of that name, so
-    /// that entities without a colour, style or width of their own get those of the drawing's layer table; on a block's
-    /// layer "0" they get the marks of DXFLayer::COLOR_OF_INSERT and its like, which InsertExploder replaces. Off when
-    /// new: a block's own drawing then knows nothing of the document's layers.
+    /// When set, layers that reading creates inside a block take the attributes of the document's layer of
+    /// that name, so that entities without a colour, style or width of their own get those of the drawing's
+    /// layer table; on a block's layer "0" they get the marks of DXFLayer::COLOR_OF_INSERT and its like,
+    /// which InsertExploder replaces. Off when new: a block's own drawing then knows nothing of the
+    /// document's layers.
     void SetBlocksUseDocumentLayers(bool use) { m_BlocksUseDocumentLayers = use; }
-    /// When set, polylines of the plane, solids and TEXTs with an extrusion other than (0, 0, 1) are taken from their
-    /// object coordinates to the world while they are read, by the arbitrary axis rule of the published DXF format: their
-    /// entities have no extrusion of their own. Bulges in an inclined plane give way to vertices. Off when new:
-    /// coordinates are then kept as they stand.
+    /// When set, polylines of the plane, solids and TEXTs with an extrusion other than (0, 0, 1) are taken
+    /// from their object coordinates to the world while they are read, by the arbitrary axis rule of the
+    /// published DXF format: their entities have no extrusion of their own. Bulges in an inclined plane give
+    /// way to vertices. Off when new: coordinates are then kept as they stand.
     void SetExtrusionsToWorld(bool take) { m_ExtrusionsToWorld = take; }
-    /// When set, TEXTs that are aligned or fitted between two points (72 is 3 or 5) start at the first, run towards the
-    /// second, and are as high as their length allows: no entity holds the width of letters. Off when new: they then start
-    /// at the second point, as all texts with an alignment point do.
+    /// When set, TEXTs that are aligned or fitted between two points (72 is 3 or 5) start at the first, run
+    /// towards the second, and are as high as their length allows: no entity holds the width of letters. Off
+    /// when new: they then start at the second point, as all texts with an alignment point do.
     void SetFitsTexts(bool fit) { m_FitsTexts = fit; }
 
     /// About the last reading.
@@ -87,7 +91,8 @@ public:
     /// Value of $ACADVER ("AC1015"); empty when the header has none.
     const std::wstring& Release() const { return m_Release; }
     LINEENDS LineEnds() const;
-    /// Objects of the ENTITIES and BLOCKS sections (and those outside any section) that became nothing, by name.
+    /// Objects of the ENTITIES and BLOCKS sections (and those outside any section) that became nothing, by
+    /// name.
     const std::map<std::wstring, std::uint64_t>& Skipped() const { return m_Skipped; }
     /// The highest handle seen in the file.
     int HandleSeed() const { return m_HandleSeed; }
@@ -98,7 +103,8 @@ public:
     bool WriteFailed() const { return m_Output.Failed(); }
     const std::wstring& WriteFailReason() const { return m_Output.Reason(); }
 
-    /// Work done and to do, in bytes when reading and in entities when writing. May be asked from another thread.
+    /// Work done and to do, in bytes when reading and in entities when writing. May be asked from another
+    /// thread.
     std::uint64_t Done() const { return m_Done.load(std::memory_order_relaxed); }
     std::uint64_t Total() const { return m_Total.load(std::memory_order_relaxed); }
 
@@ -250,7 +256,7 @@ private:
     std::string m_CurrentLayer; ///< group 8 of the layer that is being written
     std::string m_StyleName;    ///< group 7 of the font below
     std::wstring m_StyleFont;
-    std::string m_Prefix; ///< of the MTEXT that is being written
+    std::string m_Prefix;      ///< of the MTEXT that is being written
     int m_RasterVariables = 0; ///< handle; 0 without images, as the next
     int m_ImageDictionary = 0;
     std::list<std::unique_ptr<DXFImageDef>> m_ImageDefs;

@@ -15,9 +15,9 @@ constexpr int MAX_BLOCKS_DEPTH = 64;
 
 /// The groups of the header that the writer writes; an empty value stands for any.
 constexpr std::array<std::pair<int, std::string_view>, 20> OWN_HEADER = {{
-    {2, "HEADER"}, {9, "$ACADVER"}, {1, "AC1014"}, {9, "$EXTMIN"}, {10, ""}, {20, ""}, {30, ""},
-    {9, "$EXTMAX"}, {10, ""}, {20, ""}, {30, ""}, {9, "$LIMMIN"}, {10, ""}, {20, ""},
-    {9, "$LIMMAX"}, {10, ""}, {20, ""}, {9, "$HANDSEED"}, {5, ""}, {0, ""},
+    {2, "HEADER"},  {9, "$ACADVER"}, {1, "AC1014"}, {9, "$EXTMIN"},   {10, ""},       {20, ""}, {30, ""},
+    {9, "$EXTMAX"}, {10, ""},        {20, ""},      {30, ""},         {9, "$LIMMIN"}, {10, ""}, {20, ""},
+    {9, "$LIMMAX"}, {10, ""},        {20, ""},      {9, "$HANDSEED"}, {5, ""},        {0, ""},
 }};
 constexpr std::size_t OWN_SEED_LENGTH = 7;
 
@@ -88,8 +88,9 @@ std::string UpperCase(std::string_view text)
 bool SameName(std::string_view bytes, std::string_view upperCaseName)
 {
     return bytes.size() == upperCaseName.size()
-           && std::equal(bytes.begin(), bytes.end(), upperCaseName.begin(),
-                         [](char a, char b) { return a == b || (a >= 'a' && a <= 'z' && a - 'a' + 'A' == b); });
+           && std::equal(bytes.begin(), bytes.end(), upperCaseName.begin(), [](char a, char b) {
+                  return a == b || (a >= 'a' && a <= 'z' && a - 'a' + 'A' == b);
+              });
 }
 
 DXFFile::DXFFile() : m_Reader(std::make_unique<GroupReader>()), m_ReadState(std::make_unique<ReadState>()) {}
@@ -182,7 +183,8 @@ ErrorString DXFFile::ReadObjects(DXF& document, const std::atomic<bool>& keepGoi
     }
 }
 
-/// True when the data ended within the object at hand and there is something whole before it that must not be lost.
+/// True when the data ended within the object at hand and there is something whole before it that must not be
+/// lost.
 bool DXFFile::BrokeOff(const DXF& document) const
 {
     return m_Reader->AtEnd() && m_ReadState->blocksDepth == 0 && document.NumEntities() > 0;
@@ -235,7 +237,7 @@ namespace {
 constexpr std::array<std::string_view, 7> STRUCTURE = {"SECTION", "ENDSEC", "TABLE", "ENDTAB",
                                                        "SEQEND",  "ENDBLK", "BLOCK"};
 /// Sections whose other objects are not part of the picture.
-constexpr std::array<std::wstring_view, 6> BACKGROUND = {L"HEADER",  L"CLASSES",         L"TABLES",
+constexpr std::array<std::wstring_view, 6> BACKGROUND = {L"HEADER",  L"CLASSES",        L"TABLES",
                                                          L"OBJECTS", L"THUMBNAILIMAGE", L"ACDSDATA"};
 
 } // namespace
@@ -254,8 +256,10 @@ void DXFFile::NoteHandle()
     const std::string_view text = m_Reader->First(5);
     std::uint64_t handle = 0;
     for (const char c : text.substr(std::min(text.find_first_not_of(' '), text.size()))) {
-        const int digit = c >= '0' && c <= '9' ? c - '0' : c >= 'A' && c <= 'F' ? c - 'A' + 10
-                          : c >= 'a' && c <= 'f' ? c - 'a' + 10 : -1;
+        const int digit = c >= '0' && c <= '9'   ? c - '0'
+                          : c >= 'A' && c <= 'F' ? c - 'A' + 10
+                          : c >= 'a' && c <= 'f' ? c - 'a' + 10
+                                                 : -1;
         if (digit < 0 || handle > 0x7FFFFFFF) break;
         handle = handle * 16 + static_cast<std::uint64_t>(digit);
     }
@@ -313,8 +317,10 @@ ErrorString DXFFile::ReadBlocks(DXF& document)
     ErrorString result = true;
     while (!!result && !m_ReadState->Stopped()) {
         if (!ReadNextGroup() || m_Reader->Name() == "ENDSEC") break;
-        if (SameName(m_Reader->Name(), "BLOCK")) result = ReadBlock(document);
-        else CountSkipped(m_Reader->Name());
+        if (SameName(m_Reader->Name(), "BLOCK"))
+            result = ReadBlock(document);
+        else
+            CountSkipped(m_Reader->Name());
     }
     --m_ReadState->blocksDepth;
     if (m_ReadState->blocksDepth == 0) m_ReadState->section.clear();
@@ -371,8 +377,10 @@ ErrorString DXFFile::VerifyGroupData(std::initializer_list<int> codes)
         if (index != GroupReader::NONE && !m_Reader->ValueAt(index).empty()) continue;
         ErrorString error(Message::ErrorBeforeLine);
         error << m_Reader->Line();
-        if (index != GroupReader::NONE) error << Message::NoGroupData;
-        else error << Message::ExpectedGroupCode << code << L".";
+        if (index != GroupReader::NONE)
+            error << Message::NoGroupData;
+        else
+            error << Message::ExpectedGroupCode << code << L".";
         return error;
     }
     return true;
@@ -410,8 +418,7 @@ void DXFFile::ReadLineWidth(DXFLineBase* entity, DXF& document)
         if (width >= 0) entity->SetWidth(static_cast<float>(width) / 100.0F);
         return;
     }
-    if (m_ReadState->ownHeader && m_Reader->Has(39))
-        return entity->SetWidth(FloatOf(m_Reader->First(39)));
+    if (m_ReadState->ownHeader && m_Reader->Has(39)) return entity->SetWidth(FloatOf(m_Reader->First(39)));
     if (const DXFLayer* layer = CurrentLayer(document)) entity->SetWidth(layer->Width());
 }
 
@@ -430,8 +437,8 @@ void DXFFile::AddHandle(int handle)
     m_Handles.Add(handle);
 }
 
-/// The layer of the target drawing that code 8 of the current object names, or null. The look-up is by bytes and kept
-/// for one drawing at a time; layers are never removed while a file is read.
+/// The layer of the target drawing that code 8 of the current object names, or null. The look-up is by bytes
+/// and kept for one drawing at a time; layers are never removed while a file is read.
 DXFLayer* DXFFile::CurrentLayer(DXF& target)
 {
     ReadState& state = *m_ReadState;
@@ -446,7 +453,8 @@ DXFLayer* DXFFile::CurrentLayer(DXF& target)
     if (place == state.layers.end()) {
         const std::wstring name = Widen(bytes);
         DXFLayer* layer = target[HashedString<wchar_t>(name)];
-        if (!layer && m_BlocksUseDocumentLayers && &target != state.document) layer = TakeDocumentLayer(target, name);
+        if (!layer && m_BlocksUseDocumentLayers && &target != state.document)
+            layer = TakeDocumentLayer(target, name);
         if (!layer) return nullptr;
         place = state.layers.emplace(std::string(bytes), layer).first;
     }
@@ -454,7 +462,8 @@ DXFLayer* DXFFile::CurrentLayer(DXF& target)
     return place->second;
 }
 
-/// A layer of a block's drawing made after the document's layer of that name; null when the document has none.
+/// A layer of a block's drawing made after the document's layer of that name; null when the document has
+/// none.
 DXFLayer* DXFFile::TakeDocumentLayer(DXF& target, const std::wstring& name)
 {
     const DXFLayer* model = (*m_ReadState->document)[HashedString<wchar_t>(name)];
@@ -466,8 +475,8 @@ DXFLayer* DXFFile::TakeDocumentLayer(DXF& target, const std::wstring& name)
     return layer;
 }
 
-/// Hands a new entity to the layer that code 8 names, making it when missing. Null, and the entity is gone, when there
-/// can be no such layer.
+/// Hands a new entity to the layer that code 8 names, making it when missing. Null, and the entity is gone,
+/// when there can be no such layer.
 DXFEntity* DXFFile::AddEntity(DXF& target, DXFEntity* entity)
 {
     DXFLayer* layer = CurrentLayer(target);

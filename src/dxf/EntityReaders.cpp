@@ -21,7 +21,8 @@ namespace {
 // Flags of POLYLINE (70) and of its VERTEX objects (70).
 constexpr int POLYLINE_CLOSED = 1;
 constexpr int POLYLINE_POLYFACE = 64;
-constexpr int POLYLINE_OF_SPACE = 8 | 16 | POLYLINE_POLYFACE; ///< 3D polylines and meshes: no object coordinates
+constexpr int POLYLINE_OF_SPACE =
+    8 | 16 | POLYLINE_POLYFACE; ///< 3D polylines and meshes: no object coordinates
 constexpr int VERTEX_MESH_POSITION = 64;
 constexpr int VERTEX_POLYFACE = 128;
 
@@ -56,7 +57,10 @@ std::uint64_t NumArcs(const DXFEntity& entity)
 /// Walks the values of one code in file order.
 class ValueList {
 public:
-    ValueList(const GroupReader& groups, int code) : m_Groups(groups), m_Code(code), m_Index(groups.IndexOf(code)) {}
+    ValueList(const GroupReader& groups, int code)
+        : m_Groups(groups), m_Code(code), m_Index(groups.IndexOf(code))
+    {
+    }
 
     bool AtEnd() const { return m_Index == GroupReader::NONE; }
     double Number() const { return AtEnd() ? 0.0 : ParseDouble(m_Groups.ValueAt(m_Index)); }
@@ -76,7 +80,8 @@ constexpr int NUM_CORNERS = 4;
 
 } // namespace
 
-/// From the object coordinates of the current object to the world; none where they are the same, or are not looked at.
+/// From the object coordinates of the current object to the world; none where they are the same, or are not
+/// looked at.
 std::optional<DXFFile::Map> DXFFile::MapToWorld() const
 {
     if (!m_ExtrusionsToWorld) return std::nullopt;
@@ -152,7 +157,8 @@ ErrorString DXFFile::ReadCircle(DXF& document)
     if (ErrorString verified = VerifyGroupData({8, 40}); !verified) return verified;
     P3 center;
     if (ErrorString read = ReadPoint(center, 0); !read) return read;
-    auto circle = std::make_unique<DXFCircle>(center, ParseDouble(m_Reader->First(40)), ExtrusionOf(*m_Reader));
+    auto circle =
+        std::make_unique<DXFCircle>(center, ParseDouble(m_Reader->First(40)), ExtrusionOf(*m_Reader));
     ReadLineAttributes(circle.get(), document);
     AddEntity(document, circle.release());
     return true;
@@ -166,7 +172,8 @@ ErrorString DXFFile::ReadArc(DXF& document)
     if (ErrorString read = ReadPoint(center, 0); !read) return read;
     const double start = TrimAngle(90 - ParseDouble(m_Reader->First(51)));
     const double end = TrimAngle(90 - ParseDouble(m_Reader->First(50)));
-    auto arc = std::make_unique<DXFArc>(center, ParseDouble(m_Reader->First(40)), start, end, ExtrusionOf(*m_Reader));
+    auto arc = std::make_unique<DXFArc>(center, ParseDouble(m_Reader->First(40)), start, end,
+                                        ExtrusionOf(*m_Reader));
     ReadLineAttributes(arc.get(), document);
     AddEntity(document, arc.release());
     return true;
@@ -212,7 +219,8 @@ public:
     void AddVertex(const P3& position) { m_Vertices.push_back(position); }
     void AddMeshPosition(const P3& position) { m_Mesh.push_back(position); }
 
-    /// A face of at most three corners; corners that name no position are left out, and so is a face of less than two.
+    /// A face of at most three corners; corners that name no position are left out, and so is a face of less
+    /// than two.
     void AddFace(const GroupReader& groups)
     {
         StartFace();
@@ -271,8 +279,10 @@ ErrorString DXFFile::ReadPolyline(DXF& document)
     builder.Finish();
     for (auto& complete : builder.Complete()) {
         DXFEntity* const placed = Mapped(std::move(complete), toWorld).release();
-        if (layer) document.AddTo(*layer, placed);
-        else document.Add(layerName, placed, true);
+        if (layer)
+            document.AddTo(*layer, placed);
+        else
+            document.Add(layerName, placed, true);
     }
     return true;
 }
@@ -287,9 +297,12 @@ ErrorString DXFFile::ReadVertices(PolylineBuilder& builder)
         if (!ReadPoint(position, 0)) return ErrorString(Message::PolylineVertices);
         position.B(NumberOf(*m_Reader, 42, 0));
         const int flags = IntOf(*m_Reader, 70);
-        if (!(flags & VERTEX_POLYFACE)) builder.AddVertex(position);
-        else if (flags & VERTEX_MESH_POSITION) builder.AddMeshPosition(position);
-        else builder.AddFace(*m_Reader);
+        if (!(flags & VERTEX_POLYFACE))
+            builder.AddVertex(position);
+        else if (flags & VERTEX_MESH_POSITION)
+            builder.AddMeshPosition(position);
+        else
+            builder.AddFace(*m_Reader);
     }
     NoteSection();
     CountSkipped(m_Reader->Name());
@@ -306,7 +319,8 @@ ErrorString DXFFile::ReadInsert(DXF& document)
     if (ErrorString verified = VerifyGroupData({8}); !verified) return verified;
     P3 position;
     if (ErrorString read = ReadPoint(position, 0); !read) return read;
-    auto insert = std::make_unique<DXFInsert>(Widen(m_Reader->First(2)), position, NumberOf(*m_Reader, 50, 0));
+    auto insert =
+        std::make_unique<DXFInsert>(Widen(m_Reader->First(2)), position, NumberOf(*m_Reader, 50, 0));
     const auto extrusion = ExtrusionOf(*m_Reader);
     insert->SetExtrusion({extrusion.X(), extrusion.Y(), extrusion.Z()});
     insert->SetScale({NumberOf(*m_Reader, 41, 1), NumberOf(*m_Reader, 42, 1), NumberOf(*m_Reader, 43, 1)});

@@ -207,8 +207,10 @@ void DXFFile::Write(const DXFImage& image)
     const int handle = TakeHandle();
     WriteHandle(5, handle);
     WriteGroups("100\r\nAcDbEntity\r\n");
-    if (image.LayerName().empty()) WriteGroups(m_CurrentLayer);
-    else WriteLayerName(image.LayerName());
+    if (image.LayerName().empty())
+        WriteGroups(m_CurrentLayer);
+    else
+        WriteLayerName(image.LayerName());
     WriteGroups("100\r\nAcDbRasterImage\r\n90\r\n0\r\n");
     const P3* const places[] = {&image.InsertPoint(), &image.UVector(), &image.VVector()};
     for (int index = 0; index < 3; ++index) {

@@ -33,9 +33,10 @@ const char* FindLineFeed(const char* p, const char* end)
 bool IsLightweightPolyline(std::string_view name)
 {
     static constexpr std::string_view NAME = "LWPOLYLINE";
-    return name.size() == NAME.size() && std::equal(name.begin(), name.end(), NAME.begin(), [](char a, char b) {
-               return a == b || (a >= 'a' && a <= 'z' && a - 'a' + 'A' == b);
-           });
+    return name.size() == NAME.size()
+           && std::equal(name.begin(), name.end(), NAME.begin(), [](char a, char b) {
+                  return a == b || (a >= 'a' && a <= 'z' && a - 'a' + 'A' == b);
+              });
 }
 
 } // namespace
@@ -219,9 +220,11 @@ void GroupReader::Store(int code, std::string_view value)
 {
     if (static_cast<unsigned>(code) < NUM_MARKS) {
         Mark& mark = m_Marks[static_cast<std::size_t>(code)];
-        if (mark.object != m_ObjectNumber) mark = {m_ObjectNumber, static_cast<std::uint32_t>(m_Groups.size())};
+        if (mark.object != m_ObjectNumber)
+            mark = {m_ObjectNumber, static_cast<std::uint32_t>(m_Groups.size())};
     }
-    m_Groups.push_back({static_cast<std::size_t>(value.data() - m_Object), static_cast<std::uint32_t>(value.size()), code});
+    m_Groups.push_back(
+        {static_cast<std::size_t>(value.data() - m_Object), static_cast<std::uint32_t>(value.size()), code});
 }
 
 void GroupReader::StoreBulge()

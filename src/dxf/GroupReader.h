@@ -10,22 +10,23 @@
 #include <string_view>
 #include <vector>
 
-/// Cuts the text of a DXF file into lines and group pairs, one object at a time: everything from one group of code 0 up
-/// to the next. Values are views into the read buffer, one byte a character, valid until the next object is read.
+/// Cuts the text of a DXF file into lines and group pairs, one object at a time: everything from one group of
+/// code 0 up to the next. Values are views into the read buffer, one byte a character, valid until the next
+/// object is read.
 ///
-/// It behaves as a text stream read line by line into a buffer of 512 characters: a line ends with CR LF or LF and nothing
-/// else is trimmed; the last line may lack its end; a line of more than 511 characters puts the stream into a state of
-/// failure in which nothing more is read. The file is read in large blocks; only an object larger than a block makes the
-/// buffer grow.
+/// It behaves as a text stream read line by line into a buffer of 512 characters: a line ends with CR LF or
+/// LF and nothing else is trimmed; the last line may lack its end; a line of more than 511 characters puts
+/// the stream into a state of failure in which nothing more is read. The file is read in large blocks; only
+/// an object larger than a block makes the buffer grow.
 class GroupReader {
 public:
     enum class Status {
         OK,
-        NO_NAME,   ///< no line where the object's name belongs
-        NO_CODE,   ///< the stream failed where a group code belongs
-        NO_VALUE,  ///< no line where a value belongs
-        BAD_CODE,  ///< a group code above the largest: see Code
-        IO_ERROR,  ///< the stream failed after a whole object
+        NO_NAME,  ///< no line where the object's name belongs
+        NO_CODE,  ///< the stream failed where a group code belongs
+        NO_VALUE, ///< no line where a value belongs
+        BAD_CODE, ///< a group code above the largest: see Code
+        IO_ERROR, ///< the stream failed after a whole object
     };
     static constexpr std::size_t MAX_LINE = 511;
 
@@ -53,8 +54,9 @@ public:
     std::uint64_t NumLineEnds() const { return m_NumLineEnds; }
     std::uint64_t NumCrLf() const { return m_NumCrLf; }
 
-    /// Reads the object whose name is the next line. Where the data end at a place for a code, the object is whole. In a
-    /// lightweight polyline the list of code 42 gets one bulge for each vertex, "0" where the file has none.
+    /// Reads the object whose name is the next line. Where the data end at a place for a code, the object is
+    /// whole. In a lightweight polyline the list of code 42 gets one bulge for each vertex, "0" where the
+    /// file has none.
     Status ReadObject(int maxCode);
     /// The code that was refused.
     int Code() const { return m_Code; }
@@ -66,7 +68,8 @@ public:
     std::string_view ValueAt(std::size_t index) const
     {
         const Group& group = m_Groups[index];
-        return group.offset == NO_BULGE ? std::string_view("0") : std::string_view(m_Object + group.offset, group.length);
+        return group.offset == NO_BULGE ? std::string_view("0")
+                                        : std::string_view(m_Object + group.offset, group.length);
     }
     bool Has(int code) const { return IndexOf(code) != NONE; }
     /// The code occurs, and its first group comes before the first one of another code, which need not occur.
@@ -103,8 +106,9 @@ private:
     };
     static constexpr std::size_t NO_BULGE = static_cast<std::size_t>(-1);
     static constexpr std::size_t BLOCK = std::size_t{1} << 18;
-    static constexpr std::size_t LINE_ROOM = 1024; ///< bytes at hand before a line is read, unless the file has ended
-    static constexpr std::size_t PADDING = 64;     ///< readable bytes behind the data
+    static constexpr std::size_t LINE_ROOM =
+        1024; ///< bytes at hand before a line is read, unless the file has ended
+    static constexpr std::size_t PADDING = 64; ///< readable bytes behind the data
     static constexpr std::size_t NUM_MARKS = 1072;
 
     void Refill();

@@ -44,8 +44,10 @@ void UndoRing(std::vector<GTL::Point2D<double>>& ring, double height)
 void TakeFile(DXFImage& image, const std::wstring& fileName, const DXFImage* loaded)
 {
     const double height = image.Height();
-    if (loaded) image.ShareFile(*loaded);
-    else (void)image.SetFileName(fileName);
+    if (loaded)
+        image.ShareFile(*loaded);
+    else
+        (void)image.SetFileName(fileName);
     if (image.ClipType() != DXFImage::CLIP_POLYGON || image.Height() == height) return;
     auto boundary = image.ClipBoundary();
     for (auto& corner : boundary) corner.Y(corner.Y() + image.Height() - height);
@@ -70,8 +72,10 @@ ErrorString DXFFile::ReadImage(DXF& document)
 
     auto boundary = BoundaryOf(*m_Reader);
     const bool polygon = ParseInt(m_Reader->First(71)) == DXFImage::CLIP_POLYGON;
-    if (polygon) UndoRing(boundary, points[3].Y());
-    else UndoHalfPixels(boundary);
+    if (polygon)
+        UndoRing(boundary, points[3].Y());
+    else
+        UndoHalfPixels(boundary);
     image->SetClipBoundary(polygon ? DXFImage::CLIP_POLYGON : DXFImage::CLIP_RECTANGLE, std::move(boundary));
     DXFImage* const waiting = image.get();
     if (AddEntity(document, image.release()))

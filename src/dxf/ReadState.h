@@ -19,17 +19,18 @@ struct DXFFile::ReadState {
     using LayersByBytes = std::unordered_map<std::string, DXFLayer*, ByteHash, std::equal_to<>>;
     using Reader = ErrorString (DXFFile::*)(DXF&);
 
-    DXF* document = nullptr;                    ///< the document being read, never a block's own
+    DXF* document = nullptr; ///< the document being read, never a block's own
     const std::atomic<bool>* keepGoing = nullptr;
-    DXF* layersOf = nullptr;                    ///< the drawing whose layers are in the look-up below
-    LayersByBytes layers;                       ///< by the bytes of code 8
+    DXF* layersOf = nullptr; ///< the drawing whose layers are in the look-up below
+    LayersByBytes layers;    ///< by the bytes of code 8
     LayersByBytes::value_type* lastLayer = nullptr;
-    std::unordered_multimap<std::string, DXFImage*> imagesByDefinition; ///< images that wait for their definition
-    std::uint64_t pointsLeft = 10'000'000;      ///< that entities taken to the world may have in all
-    std::wstring folder;                        ///< of the drawing
-    std::wstring section;                       ///< value of code 2 of the section that reading is in
-    int blocksDepth = 0;                        ///< BLOCKS sections within one another
-    bool ownHeader = false;                     ///< the header is the one that the writer writes
+    std::unordered_multimap<std::string, DXFImage*>
+        imagesByDefinition;                ///< images that wait for their definition
+    std::uint64_t pointsLeft = 10'000'000; ///< that entities taken to the world may have in all
+    std::wstring folder;                   ///< of the drawing
+    std::wstring section;                  ///< value of code 2 of the section that reading is in
+    int blocksDepth = 0;                   ///< BLOCKS sections within one another
+    bool ownHeader = false;                ///< the header is the one that the writer writes
 
     bool Stopped() const { return !keepGoing->load(std::memory_order_relaxed); }
 };

@@ -20,7 +20,8 @@ void ReplaceSymbols(std::wstring& text)
     std::size_t to = text.find(L"%%");
     if (to == std::wstring::npos) return;
     for (std::size_t from = to; from < text.size(); ++to) {
-        const wchar_t sign = text.compare(from, 2, L"%%") == 0 && from + 2 < text.size() ? text[from + 2] : L'\0';
+        const wchar_t sign =
+            text.compare(from, 2, L"%%") == 0 && from + 2 < text.size() ? text[from + 2] : L'\0';
         const bool degree = sign == L'd' || sign == L'D';
         const bool plusMinus = sign == L'p' || sign == L'P';
         text[to] = degree ? DEGREE_SIGN : plusMinus ? PLUS_MINUS_SIGN : text[from];
@@ -55,19 +56,22 @@ std::wstring FontOfSwitch(const std::wstring& text)
 /// uses the codes of the text over again: its 11 and 21 are a place.
 constexpr int EMBEDDED_OBJECT = 101;
 
-/// Angle of a text: of its direction vector, turned to clockwise; without one the number of code 50 as it stands.
+/// Angle of a text: of its direction vector, turned to clockwise; without one the number of code 50 as it
+/// stands.
 Angle MTextRotation(const GroupReader& groups)
 {
-    if (!groups.HasBefore(11, EMBEDDED_OBJECT) || !groups.HasBefore(21, EMBEDDED_OBJECT)) return Angle(ParseDouble(groups.First(50)));
+    if (!groups.HasBefore(11, EMBEDDED_OBJECT) || !groups.HasBefore(21, EMBEDDED_OBJECT))
+        return Angle(ParseDouble(groups.First(50)));
     return Angle(-std::atan2(ParseDouble(groups.First(21)), ParseDouble(groups.First(11))) * MATH::RTD);
 }
 
-/// Horizontal justifications (72) of a text between two points: its height follows from its length, or its width does.
+/// Horizontal justifications (72) of a text between two points: its height follows from its length, or its
+/// width does.
 constexpr int ALIGNED = 3;
 constexpr int FITTED = 5;
 
-/// Sets a text between its position and the end of its base line. A width of letters is not held: a fitted text that is
-/// too long becomes lower instead, and one that is too short stays so.
+/// Sets a text between its position and the end of its base line. A width of letters is not held: a fitted
+/// text that is too long becomes lower instead, and one that is too short stays so.
 void Fit(TextEntity& text, const GTL::Point3D<double>& end, bool aligned)
 {
     const double dx = end.X() - text.Position().X();
@@ -93,7 +97,8 @@ ErrorString DXFFile::ReadText(DXF& document)
     const int horizontal = ParseInt(m_Reader->First(72));
     const int vertical = ParseInt(m_Reader->First(73));
     const bool aligned = (horizontal != 0 || vertical != 0) && m_Reader->Has(11);
-    const bool fits = m_FitsTexts && aligned && vertical == 0 && (horizontal == ALIGNED || horizontal == FITTED);
+    const bool fits =
+        m_FitsTexts && aligned && vertical == 0 && (horizontal == ALIGNED || horizontal == FITTED);
     P3 position;
     if (ErrorString read = ReadPoint(position, aligned && !fits ? 1 : 0); !read) return read;
 
@@ -149,7 +154,8 @@ ErrorString DXFFile::ReadMText(DXF& document)
     return true;
 }
 
-/// The writer keeps the box of an MTEXT in a comment "YES" with its lower corner at base 7 and its upper at base 8.
+/// The writer keeps the box of an MTEXT in a comment "YES" with its lower corner at base 7 and its upper at
+/// base 8.
 ErrorString DXFFile::ReadTextBox(TextEntity& text)
 {
     if (m_Reader->First(999) != "YES") return true;

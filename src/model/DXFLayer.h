@@ -21,8 +21,9 @@ class NewWinDXF;
 /// Unlock.
 class HALYARD_API DXFLayer {
 public:
-    /// Attributes of layer "0" of a block whose entities, where they have none of their own, take those of the layer that
-    /// the block is inserted on: values that no drawing can hold. InsertExploder puts the real ones in their place.
+    /// Attributes of layer "0" of a block whose entities, where they have none of their own, take those of
+    /// the layer that the block is inserted on: values that no drawing can hold. InsertExploder puts the real
+    /// ones in their place.
     static constexpr unsigned long COLOR_OF_INSERT = 0x1FFFFFF;
     static constexpr float WIDTH_OF_INSERT = -1;
     static constexpr int STYLE_OF_INSERT = -1;

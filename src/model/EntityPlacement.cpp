@@ -148,14 +148,16 @@ std::unique_ptr<Kind> LookingLike(std::unique_ptr<Kind> image, const DXFLineBase
     return image;
 }
 
-/// Of a text whose image is mirrored: it covers the same area, but reads from left to right, or upwards. One that would
-/// read the other way is turned round and justified from its other end, others hang from the other side of their line.
+/// Of a text whose image is mirrored: it covers the same area, but reads from left to right, or upwards. One
+/// that would read the other way is turned round and justified from its other end, others hang from the other
+/// side of their line.
 void KeepReadable(TextEntity& text)
 {
     using T = TextInfo;
-    static constexpr std::array FROM_OTHER_END = {
-        T::BOTTOM_RIGHT, T::BOTTOM_CENTER, T::BOTTOM_LEFT,   T::MIDDLE_LEFT,    T::TOP_LEFT,        T::TOP_CENTER,
-        T::TOP_RIGHT,    T::MIDDLE_RIGHT,  T::MIDDLE_CENTER, T::BASELINE_RIGHT, T::BASELINE_CENTER, T::BASELINE_LEFT};
+    static constexpr std::array FROM_OTHER_END = {T::BOTTOM_RIGHT,   T::BOTTOM_CENTER,   T::BOTTOM_LEFT,
+                                                  T::MIDDLE_LEFT,    T::TOP_LEFT,        T::TOP_CENTER,
+                                                  T::TOP_RIGHT,      T::MIDDLE_RIGHT,    T::MIDDLE_CENTER,
+                                                  T::BASELINE_RIGHT, T::BASELINE_CENTER, T::BASELINE_LEFT};
     static constexpr std::array FROM_OTHER_SIDE = {
         T::TOP_LEFT,    T::TOP_CENTER,  T::TOP_RIGHT,     T::MIDDLE_RIGHT, T::BOTTOM_RIGHT, T::BOTTOM_CENTER,
         T::BOTTOM_LEFT, T::MIDDLE_LEFT, T::MIDDLE_CENTER, T::TOP_LEFT,     T::TOP_CENTER,   T::TOP_RIGHT};

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "platform/VendorClasses.h"
 #include <limits>
 #include <string>
 #include <utility>
-#include "platform/VendorClasses.h"
 
 #ifndef HALYARD_VENDOR_CLASSES
 

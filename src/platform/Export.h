@@ -2,8 +2,8 @@
 
 /// HALYARD_API marks what the library exports.
 /// HALYARD_BUILD is defined while the library itself is compiled, HALYARD_STATIC by those who build or use it
-/// as a static library. HALYARD_API_TEMPLATE does so for explicit instantiations of templates, where clang wants
-/// another form of attribute.
+/// as a static library. HALYARD_API_TEMPLATE does so for explicit instantiations of templates, where clang
+/// wants another form of attribute.
 #if defined(HALYARD_STATIC)
 #define HALYARD_API
 #elif defined(_WIN32) && defined(__GNUC__) && defined(HALYARD_BUILD)

@@ -7,8 +7,7 @@
 
 /// The parts of a file name, by its characters alone: no system is asked, nothing has to exist.
 /// "/" and "\" both separate components on every system, since drawings carry names of either kind.
-class HALYARD_API FilePath
-{
+class HALYARD_API FilePath {
 public:
     /// The last component: what follows the last separator; "c:a.bmp" gives "a.bmp". Empty after a closing
     /// separator.

@@ -8,8 +8,7 @@
 
 /// What the system says about files, by wide name. Nothing here opens a file or waits for one.
 /// A name that holds a null character names nothing.
-class HALYARD_API FileSystem
-{
+class HALYARD_API FileSystem {
 public:
     /// True for a regular file, also through a link; false for folders, pipes, devices and what is not there.
     [[nodiscard]] static bool IsRegularFile(const std::wstring& name);

@@ -13,8 +13,7 @@
 class FontOutline;
 
 /// Vertical measures of a face in font units, y up, independent of any size in pixels.
-struct FontMetrics
-{
+struct FontMetrics {
     int unitsPerEm;
     int ascent;    ///< Above the base line: OS/2 usWinAscent; hhea's when usWinAscent + usWinDescent is 0.
     int descent;   ///< Below the base line, positive down: OS/2 usWinDescent; hhea's as above.
@@ -27,8 +26,7 @@ struct FontMetrics
 /// Threads: all members may be called from any thread at the same time. Advances stand in pages of 256 code
 /// points that are made when they are first asked for, under a mutex, and are never changed once they are
 /// visible; reading one takes no lock.
-class HALYARD_API FontFace
-{
+class HALYARD_API FontFace {
 public:
     ~FontFace();
     FontFace(const FontFace&) = delete;
@@ -41,11 +39,9 @@ public:
     [[nodiscard]] int Advance(char32_t character) const
     {
         const std::size_t page = character >> PAGE_BITS;
-        if (page >= PAGE_COUNT)
-            return m_MissingPage[0];
+        if (page >= PAGE_COUNT) return m_MissingPage[0];
         const std::int32_t* advances = m_Pages[page].load(std::memory_order_acquire);
-        if (!advances)
-            advances = LoadPage(page);
+        if (!advances) advances = LoadPage(page);
         return advances[character & (PAGE_SIZE - 1)];
     }
 
@@ -85,10 +81,10 @@ private:
 ///
 /// The family is what stands before the first "|", without the suffix of a font file and without blanks
 /// around it; its case does not matter. Bold and italic are chosen by the arguments or by the marks "|b1" and
-/// "|i1" in any case. Families are found by the system (fontconfig, GDI), which also chooses the replacement of
-/// one that is not installed: always the same one on one machine, whatever the language of the user. When no font is
-/// installed at all, the built-in measures are given: 1000 units an em, ascent 905, descent 212, capital
-/// height 700, every advance 556.
+/// "|i1" in any case. Families are found by the system (fontconfig, GDI), which also chooses the replacement
+/// of one that is not installed: always the same one on one machine, whatever the language of the user. When
+/// no font is installed at all, the built-in measures are given: 1000 units an em, ascent 905, descent 212,
+/// capital height 700, every advance 556.
 ///
 /// May be called from any thread; repeated look-ups of a name are one comparison or one hash look-up. What is
 /// kept is bounded: a face for each installed font file that was asked for, and a few thousand names.

@@ -6,8 +6,7 @@
 #include "platform/Export.h"
 
 /// What a font name as drawings carry it asks for.
-struct FontName
-{
+struct FontName {
     std::wstring family; ///< Without marks, file suffix and blanks around it; may be empty.
     bool isBold = false;
     bool isItalic = false;

@@ -10,8 +10,7 @@
 ///
 /// The file may be changed by others meanwhile: one that shrinks simply ends earlier, one that grows is read
 /// to its new end. It is never mapped into memory.
-class HALYARD_API InputFile
-{
+class HALYARD_API InputFile {
 public:
     InputFile() = default;
     ~InputFile();

@@ -11,8 +11,7 @@
 /// It takes no memory outside itself (40 bytes at most), so that every layer and every block can hold one.
 /// Copying an owner never copies its lock: the copy's lock is its own and free.
 #ifndef _WIN32
-class Lock
-{
+class Lock {
 public:
     Lock() = default;
     Lock(const Lock&) = delete;
@@ -32,8 +31,7 @@ private:
 };
 #else
 // The same, over a critical section.
-class HALYARD_API Lock
-{
+class HALYARD_API Lock {
 public:
     Lock();
     ~Lock();
@@ -49,8 +47,7 @@ private:
 #endif
 
 /// Holds a lock from its making to the end of its scope.
-class LockHold
-{
+class LockHold {
 public:
     explicit LockHold(const Lock& lock) : m_Lock(lock) { m_Lock.Enter(); }
     ~LockHold() { m_Lock.Leave(); }

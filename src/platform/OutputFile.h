@@ -12,8 +12,7 @@
 ///
 /// The first failure (opening, a full disk) sticks: what is written later is dropped, Failed() stays true
 /// until the next Open, and Close() returns false. So a writer may write to the end and ask once.
-class HALYARD_API OutputFile
-{
+class HALYARD_API OutputFile {
 public:
     /// Size of the buffer in bytes.
     static constexpr std::size_t BUFFER_SIZE = std::size_t{1} << 20;
@@ -33,10 +32,8 @@ public:
     /// Appends bytes.
     void Write(const void* bytes, std::size_t count)
     {
-        if (count > Room())
-            return WriteLarge(bytes, count);
-        if (count == 0)
-            return;
+        if (count > Room()) return WriteLarge(bytes, count);
+        if (count == 0) return;
         std::memcpy(m_Next, bytes, count);
         m_Next += count;
     }
@@ -46,8 +43,7 @@ public:
     /// open.
     [[nodiscard]] char* Reserve(std::size_t count)
     {
-        if (count > Room())
-            MakeRoom(count);
+        if (count > Room()) MakeRoom(count);
         return m_Next;
     }
 

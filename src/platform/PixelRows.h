@@ -3,7 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 
-/// The pixels of a bitmap, at least one: 0x00RRGGBB, rows from top to bottom. Whoever hands it out keeps the pixels.
+/// The pixels of a bitmap, at least one: 0x00RRGGBB, rows from top to bottom. Whoever hands it out keeps the
+/// pixels.
 struct PixelRows {
     const std::uint32_t* pixels = nullptr;
     int width = 0;

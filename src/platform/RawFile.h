@@ -7,15 +7,9 @@
 #include "platform/Export.h"
 
 /// A file of the C library by wide name, for callers that read, write and seek in one file.
-class HALYARD_API RawFile
-{
+class HALYARD_API RawFile {
 public:
-    enum ORIGIN
-    {
-        FROM_START,
-        FROM_POSITION,
-        FROM_END
-    };
+    enum ORIGIN { FROM_START, FROM_POSITION, FROM_END };
 
     RawFile() = default;
     ~RawFile();

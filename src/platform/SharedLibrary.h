@@ -5,8 +5,7 @@
 #include "platform/Export.h"
 
 /// A shared library that is loaded at run time. Unloaded at the end of this object's life.
-class HALYARD_API SharedLibrary
-{
+class HALYARD_API SharedLibrary {
 public:
     SharedLibrary() = default;
     ~SharedLibrary();

@@ -26,7 +26,8 @@ constexpr bool Ascends(const Row& a, const Row& b)
 
 static_assert(std::is_sorted(std::begin(ROWS), std::end(ROWS), Ascends));
 
-/// The texts as they are shown: those of the module's string table, which may be translated, where there is one.
+/// The texts as they are shown: those of the module's string table, which may be translated, where there is
+/// one.
 class Texts {
 public:
     Texts()

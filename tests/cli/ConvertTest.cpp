@@ -230,7 +230,8 @@ TEST_F(ConvertCommand, MayReplaceItsOwnInput)
     std::filesystem::create_directory(m_Folder / "not");
     std::filesystem::create_symlink("second.dxf", m_Folder / "first.dxf");
     EXPECT_EQ(Halyard("convert plan.dxf first.dxf").status, 0);
-    EXPECT_TRUE(std::filesystem::is_symlink(m_Folder / "first.dxf") && std::filesystem::is_symlink(m_Folder / "second.dxf"));
+    EXPECT_TRUE(std::filesystem::is_symlink(m_Folder / "first.dxf")
+                && std::filesystem::is_symlink(m_Folder / "second.dxf"));
     EXPECT_EQ(Dump("new.dxf").size(), 1U) << "the file that the links lead to was made";
     EXPECT_EQ(Leftovers(), std::vector<std::string>());
 }

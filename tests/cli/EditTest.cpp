@@ -46,11 +46,13 @@ TEST_F(ClipCommand, KeepsWhatShowsWithItsLooks)
 {
     // The circle crosses only the upper side: the plain rules leave nothing of it. The polyline falls into
     // two runs, of which the plain rules give the second no colour of a polygon's kind but these do.
-    Write("in.dxf",
-          Drawing("0 CIRCLE|8 A|62 5|10 5|20 10|40 2|0 LINE|8 B|62 2|10 -5|20 5|11 5|21 5|"
-                  "0 LWPOLYLINE|8 C|62 6|70 1|90 8|10 1|20 1|10 20|20 1|10 20|20 9|10 1|20 9|10 1|20 8|10 19|20 8|"
-                  "10 19|20 2|10 1|20 2|0 INSERT|8 B|2 D|10 9|20 5|0 POINT|8 B|10 20|20 20",
-                  LAYERS, "0 BLOCK|2 D|10 0|20 0|0 LINE|8 B|62 4|10 0|20 0|11 5|21 0|0 ENDBLK"));
+    Write(
+        "in.dxf",
+        Drawing(
+            "0 CIRCLE|8 A|62 5|10 5|20 10|40 2|0 LINE|8 B|62 2|10 -5|20 5|11 5|21 5|"
+            "0 LWPOLYLINE|8 C|62 6|70 1|90 8|10 1|20 1|10 20|20 1|10 20|20 9|10 1|20 9|10 1|20 8|10 19|20 8|"
+            "10 19|20 2|10 1|20 2|0 INSERT|8 B|2 D|10 9|20 5|0 POINT|8 B|10 20|20 20",
+            LAYERS, "0 BLOCK|2 D|10 0|20 0|0 LINE|8 B|62 4|10 0|20 0|11 5|21 0|0 ENDBLK"));
     const std::vector<json> entities = Edited("clip --window 10,10,0,0");
     EXPECT_EQ(Kinds(entities), "ARC A; ARC A; LINE B; LINE B; POLYGON C; POLYGON C; ");
     ASSERT_EQ(entities.size(), 6U);
@@ -58,8 +60,8 @@ TEST_F(ClipCommand, KeepsWhatShowsWithItsLooks)
     for (const std::size_t i : {std::size_t{0}, std::size_t{1}}) {
         EXPECT_EQ(entities[i]["color"], "#0000ff");
         EXPECT_EQ(entities[i]["radius"], 2);
-        sweep += std::fmod(entities[i]["end_angle"].get<double>() - entities[i]["start_angle"].get<double>() + 360,
-                           360);
+        sweep += std::fmod(
+            entities[i]["end_angle"].get<double>() - entities[i]["start_angle"].get<double>() + 360, 360);
     }
     EXPECT_NEAR(sweep, 180, 1e-6) << "the lower half of the circle";
     EXPECT_EQ(entities[2]["start"], json({0, 5, 0}));
@@ -144,8 +146,9 @@ TEST_F(ClipCommand, KeepsOfEveryCircleAsMuchAsLiesInTheWindow)
 
 TEST_F(ClipCommand, PlainlyFollowsTheRulesOfTheLibrary)
 {
-    Write("in.dxf", Drawing("0 CIRCLE|8 A|10 5|20 10|40 2|0 INSERT|8 B|2 D|10 1|20 5|0 LINE|8 C|10 1|20 1|11 2|21 2",
-                            LAYERS, "0 BLOCK|2 D|10 0|20 0|0 POINT|8 B|10 0|20 0|0 ENDBLK"));
+    Write("in.dxf",
+          Drawing("0 CIRCLE|8 A|10 5|20 10|40 2|0 INSERT|8 B|2 D|10 1|20 5|0 LINE|8 C|10 1|20 1|11 2|21 2",
+                  LAYERS, "0 BLOCK|2 D|10 0|20 0|0 POINT|8 B|10 0|20 0|0 ENDBLK"));
     EXPECT_EQ(Kinds(Edited("clip --plain --window 0,0,10,10")), "LINE C; ");
 }
 
@@ -226,7 +229,8 @@ TEST_F(EditCommands, SayInOneSentenceWhatCannotBeDone)
         {"layers --remove D", "there is no layer D"},
         {"layers --remove 0", "Layer \"0\" cannot be removed."},
         {"layers --rename A=B", "Cannot rename \"A\". Layer \"B\" already exists!"},
-        {"layers --rename \"A=x;y\"", "x;yis an Invalid layer name! Layer names may only consist of the following characters: A-Z 0-9 -_$"},
+        {"layers --rename \"A=x;y\"", "x;yis an Invalid layer name! Layer names may only consist of the "
+                                      "following characters: A-Z 0-9 -_$"},
         {"layers --front A --order A,D", "there is no layer D"},
         {"transform --move 1,1 --layers A,D", "there is no layer D"},
     };
@@ -237,8 +241,9 @@ TEST_F(EditCommands, SayInOneSentenceWhatCannotBeDone)
     }
     for (const char* arguments :
          {"clip", "clip --window 0,0,1", "clip --window 0,0,1,nan", "clip --window 0,0,1,1e999", "transform",
-          "transform --scale 0", "transform --scale=-1", "transform --rotate 90@1", "transform --move 1,2,3,4",
-          "transform --layers A", "layers", "layers --rename A", "layers --rename =B"})
+          "transform --scale 0", "transform --scale=-1", "transform --rotate 90@1",
+          "transform --move 1,2,3,4", "transform --layers A", "layers", "layers --rename A",
+          "layers --rename =B"})
         EXPECT_EQ(Halyard(std::string(arguments) + " in.dxf out.dxf").status, 2) << arguments;
     EXPECT_FALSE(std::filesystem::exists(m_Folder / "out.dxf"));
     EXPECT_TRUE(Leftovers().empty());

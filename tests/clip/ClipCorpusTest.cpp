@@ -96,8 +96,7 @@ TEST(ClipCorpus, LineWorkOfRealDrawingsIsKeptWithinAWindowOverTheirMiddle)
         const Survey after = SurveyOf(drawing, half);
         // A corner of the window may lie between two places of a line that is looked at.
         const double slack = before.slack + after.slack + before.Step();
-        EXPECT_NEAR(after.length, before.length, slack + 1e-6 * before.length)
-            << entry.path();
+        EXPECT_NEAR(after.length, before.length, slack + 1e-6 * before.length) << entry.path();
         EXPECT_EQ(after.beyond, 0) << entry.path();
         const int entities = drawing.NumEntities();
         drawing.Clip(context, GO);

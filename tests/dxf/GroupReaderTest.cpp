@@ -53,10 +53,13 @@ std::vector<Object> ReadSlowly(const std::string& text)
             const int number = std::atoi(code.c_str());
             if (number == 0) break;
             if (number > 1071 || !next(value)) return objects;
-            if (lightweight && number == 10 && vertex) object.groups.emplace_back(42, std::exchange(bulge, "0"));
+            if (lightweight && number == 10 && vertex)
+                object.groups.emplace_back(42, std::exchange(bulge, "0"));
             vertex |= number == 10;
-            if (lightweight && number == 42) bulge = value;
-            else object.groups.emplace_back(number, value);
+            if (lightweight && number == 42)
+                bulge = value;
+            else
+                object.groups.emplace_back(number, value);
         }
         if (lightweight) object.groups.emplace_back(42, bulge);
         if (in.fail()) return objects;
@@ -86,18 +89,24 @@ std::vector<Object> ReadFast(const std::string& text)
 TEST(GroupReader, ReadsWhatATextStreamReadsFromAnyText)
 {
     std::mt19937 random(7);
-    const std::vector<std::string> codes = {"0", "  0", "10", " 10", "42", "1", "1071", "1072", "-5", "x", "", "  8 ",
-                                            "\t8", "100000", "0x10", "999", "     70", "       70"};
-    const auto pick = [&](std::size_t n) { return std::uniform_int_distribution<std::size_t>(0, n - 1)(random); };
+    const std::vector<std::string> codes = {"0",    "  0",    "10",   " 10", "42",      "1",
+                                            "1071", "1072",   "-5",   "x",   "",        "  8 ",
+                                            "\t8",  "100000", "0x10", "999", "     70", "       70"};
+    const auto pick = [&](std::size_t n) {
+        return std::uniform_int_distribution<std::size_t>(0, n - 1)(random);
+    };
     for (int round = 0; round < 3000; ++round) {
         const std::string end = round % 2 ? "\r\n" : "\n";
         std::string text;
         for (std::size_t pairs = pick(40); pairs > 0; --pairs) {
             text += codes[pick(pick(4) ? 9 : codes.size())] + end;
             const std::size_t kind = pick(60);
-            if (kind == 0) text += std::string(505 + pick(12), 'a');
-            else if (kind < 10) text += "LWPOLYLINE";
-            else if (kind > 12) text += std::string(pick(30), 'b');
+            if (kind == 0)
+                text += std::string(505 + pick(12), 'a');
+            else if (kind < 10)
+                text += "LWPOLYLINE";
+            else if (kind > 12)
+                text += std::string(pick(30), 'b');
             text += pick(20) ? end : pick(2) ? "\r" : "\n";
         }
         if (!text.empty() && pick(3) == 0) text.resize(pick(text.size()));
@@ -108,7 +117,8 @@ TEST(GroupReader, ReadsWhatATextStreamReadsFromAnyText)
 TEST(GroupReader, KeepsAnObjectThatIsLargerThanItsBlocks)
 {
     std::string text = "LWPOLYLINE\n";
-    for (int i = 0; i < 60000; ++i) text += " 10\n" + std::to_string(i) + ".25\n 20\n" + std::to_string(-i) + "\n";
+    for (int i = 0; i < 60000; ++i)
+        text += " 10\n" + std::to_string(i) + ".25\n 20\n" + std::to_string(-i) + "\n";
     text += "  0\nLINE\n  8\nA\n  0\nEOF\n";
     const auto objects = ReadFast(text);
     ASSERT_EQ(objects.size(), 3U);
@@ -122,7 +132,8 @@ TEST(GroupReader, CountsBytesAgainstTheLimitOfALineWithoutItsEnd)
 {
     for (const std::string end : {"\n", "\r\n"})
         for (const std::size_t length : {511U, 512U}) {
-            const auto objects = ReadFast("A" + end + "1" + end + std::string(length, 'x') + end + "0" + end + "B" + end);
+            const auto objects =
+                ReadFast("A" + end + "1" + end + std::string(length, 'x') + end + "0" + end + "B" + end);
             EXPECT_EQ(objects.size(), length == 511 ? 2U : 0U) << length;
         }
 }

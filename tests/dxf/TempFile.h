@@ -18,8 +18,8 @@ public:
         static int number = 0;
         const auto* test = testing::UnitTest::GetInstance()->current_test_info();
         m_Path = std::filesystem::temp_directory_path()
-                 / (std::string(test->test_suite_name()) + "." + test->name() + "." + std::to_string(std::random_device()())
-                    + "." + std::to_string(++number) + suffix);
+                 / (std::string(test->test_suite_name()) + "." + test->name() + "."
+                    + std::to_string(std::random_device()()) + "." + std::to_string(++number) + suffix);
     }
     TempFile(const std::string& suffix, std::string_view content) : TempFile(suffix) { Write(content); }
     ~TempFile() { std::filesystem::remove(m_Path); }

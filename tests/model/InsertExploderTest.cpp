@@ -314,8 +314,10 @@ TEST(InsertExploder, MirroredTextsCoverTheSameAreaAndReadOnwards)
 {
     // Turned by so much clockwise, in each justification that has a line of its own for it.
     for (const double rotation : {0.0, 30.0, 90.0, 200.0, 270.0})
-        for (int justification = TextInfo::BOTTOM_LEFT; justification <= TextInfo::MIDDLE_CENTER; ++justification)
-            for (const GTL::Point3D<double>& mirror : {GTL::Point3D<double>{-1, 1, 1}, GTL::Point3D<double>{1, -1, 1}}) {
+        for (int justification = TextInfo::BOTTOM_LEFT; justification <= TextInfo::MIDDLE_CENTER;
+             ++justification)
+            for (const GTL::Point3D<double>& mirror :
+                 {GTL::Point3D<double>{-1, 1, 1}, GTL::Point3D<double>{1, -1, 1}}) {
                 Drawing d;
                 auto* text = new DXFText;
                 text->SetText(L"Hall 12");

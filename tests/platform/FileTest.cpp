@@ -5,11 +5,11 @@
 #include <string>
 #include <utility>
 
+#include "TestPlaces.h"
 #include "platform/FileSystem.h"
 #include "platform/InputFile.h"
 #include "platform/OutputFile.h"
 #include "platform/RawFile.h"
-#include "TestPlaces.h"
 #include "platform/TemporaryFolder.h"
 #include "platform/Utf8.h"
 

@@ -10,8 +10,8 @@
 #include <thread>
 #include <vector>
 
-#include "platform/FontName.h"
 #include "TestPlaces.h"
+#include "platform/FontName.h"
 #include "platform/TemporaryFolder.h"
 #include "platform/Utf8.h"
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/PictureBytes.h"
 #include "TestPlaces.h"
+#include "platform/PictureBytes.h"
 #include "platform/TemporaryFolder.h"
 #include "platform/Utf8.h"
 

@@ -53,7 +53,8 @@ TEST(SharedLibrary, FindsTheFunctionsOfALibraryAndSaysWhatItLacks)
     EXPECT_EQ(library.Find("cos"), nullptr);
     EXPECT_FALSE(library.Open(L""));
 
-    if (!library.Open(L"libm.so.6") && !library.Open(L"msvcrt.dll")) GTEST_SKIP() << "no mathematics library of that name here";
+    if (!library.Open(L"libm.so.6") && !library.Open(L"msvcrt.dll"))
+        GTEST_SKIP() << "no mathematics library of that name here";
     EXPECT_TRUE(library.Reason().empty());
     EXPECT_EQ(library.Find("no such function"), nullptr);
     const auto cosine = reinterpret_cast<double (*)(double)>(library.Find("cos"));

@@ -17,8 +17,8 @@ public:
         const auto* test = testing::UnitTest::GetInstance()->current_test_info();
         std::string name = std::string("halyard_") + test->test_suite_name() + "_" + test->name();
         for (char& c : name) c = c == '/' ? '_' : c;
-        m_Path = std::filesystem::temp_directory_path()
-                 / (name + "_" + std::to_string(std::random_device()()));
+        m_Path =
+            std::filesystem::temp_directory_path() / (name + "_" + std::to_string(std::random_device()()));
         std::filesystem::remove_all(m_Path);
         std::filesystem::create_directories(m_Path);
     }
