@@ -10,7 +10,6 @@
 #include <atomic>
 #include <chrono>
 #include <cmath>
-#include <latch>
 #include <map>
 #include <random>
 #include <set>
@@ -377,18 +376,21 @@ TEST(BlockBoxes, OfInsertsAreTakenAsKnown)
 /// A point whose box cannot be had before another thread has come as far.
 class Meeting : public DXFPoint {
 public:
-    Meeting(const P& place, std::latch& both) : DXFPoint(place.X(), place.Y(), place.Z()), m_Both(both)
+    Meeting(const P& place, std::atomic<int>& toCome)
+        : DXFPoint(place.X(), place.Y(), place.Z()), m_ToCome(toCome)
     {
         m_Box.Update(place);
     }
     const Box& Extents() const override
     {
-        if (!m_HasMet.exchange(true)) m_Both.arrive_and_wait();
+        if (m_HasMet.exchange(true)) return m_Box;
+        --m_ToCome;
+        while (m_ToCome > 0) std::this_thread::yield();
         return m_Box;
     }
 
 private:
-    std::latch& m_Both;
+    std::atomic<int>& m_ToCome; ///< threads that are still to get to their own
     mutable std::atomic<bool> m_HasMet{false};
     Box m_Box;
 };
@@ -398,10 +400,10 @@ TEST(BlockBoxes, OfARingAreFoundByTwoThreadsAtOnce)
 {
     for (const bool isDocumentAsked : {false, true}) {
         DXF document;
-        std::latch both(2);
+        std::atomic<int> toCome{2};
         DXFBlock* blocks[] = {document.AddBlock(L"A"), document.AddBlock(L"B")};
         for (int i : {0, 1}) {
-            blocks[i]->GetDXF()->Add(new Meeting(P(i, 0, 0), both));
+            blocks[i]->GetDXF()->Add(new Meeting(P(i, 0, 0), toCome));
             AddInsert(*blocks[i]->GetDXF(), document, blocks[1 - i]->Name(), P(0, 10 + i, 0));
         }
         Box boxes[2];
