@@ -151,9 +151,7 @@ private:
         SettleLine(e);
         if (!e.GetPoly().HasBulges()) return;
         const std::vector<P3>& vertices = e.GetPoly().Vertices();
-        const auto end = vertices.end() - (closed ? 0 : 1);
-        const auto arcs = static_cast<std::uint64_t>(
-            std::count_if(vertices.begin(), end, [](const P3& vertex) { return vertex.B() != 0; }));
+        const std::size_t arcs = EntityPlacement::NumArcs(vertices, closed);
         const std::size_t size = EntityPlacement::ChordedSize(vertices, closed);
         std::vector<P3> chorded;
         if (size <= m_Room) {

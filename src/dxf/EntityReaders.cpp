@@ -13,7 +13,6 @@
 #include "model/InsertPlacement.h"
 #include "support/NumberText.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -43,15 +42,12 @@ GTL::Vector3D<double> ExtrusionOf(const GroupReader& groups)
     return {ParseDouble(groups.First(210)), ParseDouble(groups.First(220)), ParseDouble(groups.First(230))};
 }
 
-/// Segments with a bulge; the last vertex of an open chain begins none.
 std::uint64_t NumArcs(const DXFEntity& entity)
 {
     const auto* polyline = dynamic_cast<const DXFPolyline*>(&entity);
-    if (!polyline || !polyline->GetPoly().HasBulges()) return 0;
-    const std::vector<GTL::Point3D<double>>& vertices = polyline->GetPoly().Vertices();
+    if (!polyline) return 0;
     const bool closed = dynamic_cast<const DXFPolygon*>(polyline) != nullptr;
-    return static_cast<std::uint64_t>(std::count_if(vertices.begin(), vertices.end() - (closed ? 0 : 1),
-                                                    [](const auto& vertex) { return vertex.B() != 0; }));
+    return EntityPlacement::NumArcs(polyline->GetPoly().Vertices(), closed);
 }
 
 /// Walks the values of one code in file order.

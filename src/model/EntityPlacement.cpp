@@ -237,6 +237,13 @@ std::vector<P> EntityPlacement::Chorded(const std::vector<P>& vertices, bool clo
     return WithChords(vertices, Map(), closed, ChordCount(vertices, closed));
 }
 
+std::size_t EntityPlacement::NumArcs(const std::vector<P>& vertices, bool closed)
+{
+    const auto end = closed || vertices.empty() ? vertices.end() : vertices.end() - 1;
+    return static_cast<std::size_t>(
+        std::count_if(vertices.begin(), end, [](const P& vertex) { return vertex.B() != 0; }));
+}
+
 std::size_t EntityPlacement::ChordedSize(const std::vector<P>& vertices, bool closed)
 {
     return ChordCount(vertices, closed);

@@ -48,6 +48,8 @@ public:
     static std::vector<GTL::Point3D<double>> Chorded(const std::vector<GTL::Point3D<double>>& vertices,
                                                      bool closed);
     static std::size_t ChordedSize(const std::vector<GTL::Point3D<double>>& vertices, bool closed);
+    /// Segments with a bulge; the last vertex of an open chain begins none.
+    static std::size_t NumArcs(const std::vector<GTL::Point3D<double>>& vertices, bool closed);
 
 private:
     using DXFWriter::Write;
